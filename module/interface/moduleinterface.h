@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QVariant>
+#include <QtPlugin>
+
+class QAction;
+class QWidget;
+
+/// What a module puts into the host's menus and dock areas. The module owns the record, the action and the widget.
+struct ModuleEntry {
+    QAction *action = nullptr;
+    qint32 primaryOrder = 0;
+    QString menuName; ///< translated, with its mnemonic: "&View"
+    qint32 secondaryOrder = 0;
+    QWidget *widget = nullptr; ///< a QDockWidget
+    qint32 dockArea = 0; ///< a Qt::DockWidgetArea
+};
+
+/// The interface of a module, found by the plug-in loader. The order of the operations is a contract with hosts and
+/// modules that are built apart; under the Itanium C++ ABI the destructor takes the first two entries of the table.
+class ModuleInterface {
+public:
+    ModuleInterface() = default;
+    virtual ~ModuleInterface() = default;
+
+    /// The host is about to unload the module: unregister from the command channel and save what is to be kept.
+    virtual void aboutToUnload() = 0;
+    /// Deletes the widgets of the entries; the host has forgotten them by then.
+    virtual void releaseWidgets() = 0;
+    virtual QString moduleName() const = 0;
+    virtual QString moduleVersion() const = 0; ///< "v2.2.6"
+    /// The module's entries, made at the first call. All properties must have been set by then.
+    virtual QList<ModuleEntry *> moduleEntries() = 0;
+    /// Hands over one of the host's objects ("CommandManager", "ModuleParent", "BackendVersions": never owned by the
+    /// module) or settings ("ObserverMode"). An unknown name is ignored.
+    virtual void setModuleProperty(QString name, QVariant value) = 0;
+
+private:
+    Q_DISABLE_COPY(ModuleInterface)
+};
+
+#define ModuleInterface_iid "com.zel.vornak2.gui.Module/0.2.0"
+Q_DECLARE_INTERFACE(ModuleInterface, ModuleInterface_iid)
