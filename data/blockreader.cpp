@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "data/blockreader.h"
+
+#include "data/numberreader.h"
+
+#include <cstring>
+
+namespace {
+
+bool readNumbers(const char *text, const char *format, qint32 *ints, float *floats) noexcept
+{
+    for (; *format != '\0'; ++format) {
+        if (*format == 'f') {
+            const ReadNumber<float> number = readFloat(text);
+            if (!number.end)
+                return false;
+            *floats++ = number.value;
+            text = number.end;
+        } else if (*format == 'i') {
+            const ReadNumber<qint32> number = readInteger(text);
+            if (!number.end)
+                return false;
+            *ints++ = number.value;
+            text = number.end;
+        } else {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+char *parseBlock(char *text, const char *format, qint32 *ints, float *floats) noexcept
+{
+    char *const open = std::strchr(text, '[');
+    if (!open)
+        return nullptr;
+    char *const close = std::strchr(open + 1, ']');
+    if (!close)
+        return nullptr;
+    // A number ends at the bracket whatever its reader thinks of brackets: strtod takes "nan(...)".
+    *close = '\0';
+    const bool complete = readNumbers(open + 1, format, ints, floats);
+    *close = ']';
+    return complete ? close + 1 : nullptr;
+}
