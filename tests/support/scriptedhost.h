@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "module/interface/iomanager.h"
+
+#include <QByteArray>
+#include <QByteArrayList>
+#include <QHash>
+#include <QRegularExpression>
+
+#include <cstdarg>
+
+/// A command channel that answers from a script and writes down every call, one readable line each:
+///
+///     requestString body desc standard b01
+///     sendCommand body filter6d_enabled standard b01 no
+///     log Error: Unable to get number of bodies
+///     startOutput 6d
+///     registerRequester
+///
+/// A query without an answer in the script fails, and a failed query leaves rubbish behind as its answer: callers must
+/// go by the result. A command is accepted, and where the script has an answer to the command without its last word,
+/// that word is the answer from then on, as with a backend that keeps its settings. Not for several threads.
+class ScriptedHost final : public IOManager {
+public:
+    QHash<QByteArray, QByteArray> answers; ///< by the whole command text; numbers, flags and lists as text, too
+    QRegularExpression failing; ///< queries and commands whose text matches somewhere fail; an empty pattern: none
+    int failCall = 0; ///< this one of the next queries and commands fails, 1 being the next; 0: none
+
+    QByteArrayList calls; ///< all calls, in order
+    QByteArrayList formats; ///< the formats of the queries and commands among them
+
+    /// The calls since the last time, which are forgotten with their formats.
+    QByteArrayList takeCalls();
+    /// The calls that begin with \a operation ("log", "sendCommand"), without that word.
+    QByteArrayList callsOf(const QByteArray &operation) const;
+
+    void reserved0() override;
+    void reserved1() override;
+    void reserved2() override;
+    void reserved3() override;
+    void reserved4() override;
+    int requestString(char *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
+    int requestInt(qint32 *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
+    int requestDouble(double *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
+    int requestBool(bool *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
+    int requestDoubles(double *answersOut, qint32 count, const char *format, ...) override
+        Q_ATTRIBUTE_FORMAT_PRINTF(4, 5);
+    void reserved10() override;
+    int sendCommand(const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(2, 3);
+    void startOutput(const char *tag, Requester *requester) override;
+    void stopOutput(const char *tag, Requester *requester) override;
+    void registerRequester(Requester *requester) override;
+    void unregisterRequester(Requester *requester) override;
+    void logMessage(const char *category, const char *sender, qint32 level, const char *text) override;
+
+private:
+    QByteArray record(const char *operation, const char *format, std::va_list arguments);
+    bool isToFail(const QByteArray &command);
+};
