@@ -19,5 +19,5 @@ function(datadisplay_add_test name)
     set_tests_properties(${name} PROPERTIES
         LABELS "${TEST_LABELS}"
         TIMEOUT ${TEST_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false;TSAN_OPTIONS=ignore_noninstrumented_modules=1")
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false;TSAN_OPTIONS=ignore_noninstrumented_modules=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
 endfunction()
