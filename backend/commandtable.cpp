@@ -1,0 +1,101 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "backend/commandtable.h"
+
+#include <algorithm>
+
+namespace {
+
+template<typename Entry> const Entry *entryOf(const QVector<Entry> &entries, const QByteArray &id)
+{
+    const auto *const found =
+        std::find_if(entries.cbegin(), entries.cend(), [&id](const Entry &entry) { return entry.id == id; });
+    return found == entries.cend() ? nullptr : &*found;
+}
+
+} // namespace
+
+Words wordsOf(const QByteArray &text)
+{
+    const QByteArray plain = text.simplified();
+    return plain.isEmpty() ? Words{} : plain.split(' ');
+}
+
+std::optional<Words> matchWords(const char *pattern, const Words &words)
+{
+    const Words parts = QByteArray(pattern).split(' ');
+    Words arguments;
+    for (int i = 0; i < parts.size(); ++i) {
+        if (i >= words.size())
+            return std::nullopt;
+        if (parts[i] == "...")
+            return arguments << words.mid(i).join(' ');
+        if (parts[i] == "*")
+            arguments << words[i];
+        else if (parts[i] != words[i])
+            return std::nullopt;
+    }
+    if (words.size() > parts.size())
+        return std::nullopt;
+    return arguments;
+}
+
+int numberAfter(char letter, const QByteArray &text)
+{
+    const QByteArray digits = text.mid(1);
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    if (!text.startsWith(letter) || !std::all_of(digits.cbegin(), digits.cend(), isDigit))
+        return 0;
+    return digits.toInt();
+}
+
+QByteArray bodyText(const QByteArray &kind, int number)
+{
+    return kind + " b" + QByteArray::number(number).rightJustified(2, '0');
+}
+
+QByteArray yesNo(bool yes)
+{
+    return yes ? QByteArrayLiteral("yes") : QByteArrayLiteral("no");
+}
+
+QByteArray numberText(double number)
+{
+    return QByteArray::number(number, 'f', 6);
+}
+
+const OutputFlags *outputFlags(const Scenario &scenario, const QByteArray &tag)
+{
+    if (tag == "6d")
+        return &scenario.output6d;
+    if (tag == "6di" && isAtLeast(scenario.version, 1, 12))
+        return &scenario.output6di;
+    if (tag == "3d")
+        return &scenario.output3d;
+    return nullptr;
+}
+
+const FilterSettings *filterOf(const Scenario &scenario, const QByteArray &kind, const QByteArray &number)
+{
+    const int index = numberAfter('b', number) - 1;
+    if (kind == "standard" && scenario.filter.standard && index >= 0 && index < scenario.bodies.size())
+        return &scenario.bodies[index].filter;
+    if (kind == "wandor" && scenario.filter.wandor && index >= 0 && index < scenario.wandor.devices.size())
+        return &scenario.wandor.devices[index].filter;
+    return nullptr;
+}
+
+bool isOffered(const QVector<QByteArray> &bodies, const QByteArray &body)
+{
+    return bodies.isEmpty() || bodies.contains(body);
+}
+
+const FilterPreset *presetOf(const FilterOffer &filter, const QByteArray &id)
+{
+    return entryOf(filter.presets, id);
+}
+
+const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id)
+{
+    return entryOf(filter.modes, id);
+}

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "backend/scenario.h"
+
+/// The names of the scenarios that come with the library, "default" first.
+QStringList scenarioNames();
+
+/// One line for the operator on what the shipped scenario \a name shows; empty for an unknown name.
+QString scenarioDescription(const QString &name);
+
+/// Loads a shipped scenario by its name, else the file of that path.
+ScenarioResult loadScenario(const QString &nameOrPath);
+
+/// Reads a scenario from its JSON text. \a fileName is named in errors, and files that the scenario names are looked
+/// for beside it. Strict: an unknown key, a wrong type and a value out of range are errors.
+ScenarioResult readScenario(const QByteArray &json, const QString &fileName);

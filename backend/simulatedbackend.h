@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "backend/scenario.h"
+#include "backend/trackingbackend.h"
+
+#include <functional>
+#include <memory>
+#include <mutex>
+
+/// A tracking backend that answers from a scenario. Commands change its copy of the scenario. The output is a function
+/// of scenario, seed and time alone. All operations may be called from any thread.
+class SimulatedBackend : public TrackingBackend {
+public:
+    /// Time since the backend was started. Battery, temperature and presence of the sensors follow it.
+    using Clock = std::function<std::chrono::nanoseconds()>;
+
+    /// Takes the scenario's seed unless there is a \a seed, and a steady clock from now on unless there is a \a clock.
+    /// The clock is called from every thread that asks for sensors.
+    explicit SimulatedBackend(Scenario scenario, std::optional<quint32> seed = {}, Clock clock = {});
+
+    QString name() const override;
+    BackendVersion version() const override;
+    double frameRate() const override;
+
+    /// Answers are UTF-8 texts of at most 199 bytes; yes/no queries answer "yes" or "no". A query that the backend's
+    /// version does not know yet fails like an unknown one.
+    std::optional<QByteArray> request(const QByteArray &query) override;
+    /// Refuses everything while the configuration is locked, unknown bodies, presets, modes and outputs, those that
+    /// the body is not offered, numbers beyond the limits, and values of a preset that is not a custom one.
+    bool command(const QByteArray &command) override;
+    /// Times before 0 give the first frame.
+    QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const override;
+
+    /// The model as the commands have left it.
+    Scenario scenario() const;
+
+private:
+    std::shared_ptr<const Scenario> currentModel() const;
+
+    const Clock clock;
+    mutable std::mutex modelMutex; // guards the pointer
+    std::shared_ptr<const Scenario> model; // any thread; what it points to is replaced, never changed
+};

@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QVector>
+
+#include <chrono>
+#include <optional>
+
+/// Version of a backend. A patch of -1 is an unspecified patch level.
+struct BackendVersion {
+    int major = 0;
+    int minor = 0;
+    int patch = 0;
+};
+
+/// One line of measurement output and its type, "6d", "6di" or "3d".
+struct OutputLine {
+    QByteArray tag;
+    QByteArray text;
+};
+
+/// A tracking backend as the host sees it: text queries, text commands, and lines of output as a function of time.
+/// All operations may be called from any thread.
+class TrackingBackend {
+public:
+    TrackingBackend() = default;
+    virtual ~TrackingBackend() = default;
+
+    virtual QString name() const = 0; ///< as the operator knows it, such as "simulation: default"
+    virtual BackendVersion version() const = 0;
+    virtual double frameRate() const = 0; ///< frames of output per second, above 0
+
+    /// The answer to a query such as "body desc standard b01"; nothing when the backend fails or does not know it.
+    virtual std::optional<QByteArray> request(const QByteArray &query) = 0;
+    /// Carries out a command such as "output active chmon 6d yes". Returns whether it was accepted.
+    virtual bool command(const QByteArray &command) = 0;
+    /// The output lines of the last frame due at \a time after the start, one for each output that is active. The
+    /// same time gives the same bytes as long as no command changes the model.
+    virtual QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const = 0;
+
+private:
+    Q_DISABLE_COPY(TrackingBackend)
+};

@@ -1,0 +1,56 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "backend/pose.h"
+
+#include <QString>
+#include <QVector>
+
+#include <memory>
+
+/// A recorded motion of one body. Sampled by time, it begins anew when it is over.
+class Trajectory {
+public:
+    struct Sample {
+        double time = 0.0; ///< [s] since the first sample
+        Pose pose;
+    };
+
+    /// \a samples are at least one, their times increasing from 0.
+    explicit Trajectory(QVector<Sample> samples);
+
+    const QVector<Sample> &samples() const { return all; }
+    /// [s] from the first sample to its repetition: the recording and one more median step. 0 for a single sample.
+    double duration() const { return loop; }
+    /// The last sample recorded at or before \a seconds since the start of the recording; nothing is interpolated,
+    /// so that what is shown is what was measured.
+    const Pose &poseAt(double seconds) const;
+
+private:
+    QVector<Sample> all;
+    double loop = 0.0;
+};
+
+/// A line of a trajectory file that could not be used.
+struct SkippedLine {
+    int number = 0; ///< counted from 1
+    QString reason;
+};
+
+/// What came of reading a trajectory file. Without a trajectory, error says why.
+struct TrajectoryResult {
+    std::shared_ptr<const Trajectory> trajectory;
+    QString error; ///< names the file
+    QVector<SkippedLine> skipped; ///< the first hundred of them
+    int skippedCount = 0; ///< all of them
+
+    /// One text per entry of \a skipped and one for the rest, each naming \a fileName.
+    QStringList warnings(const QString &fileName) const;
+};
+
+/// Reads lines "timestamp tx ty tz qx qy qz qw" [s, m, quaternion] with numbers in the C locale. Empty lines and lines
+/// that begin with '#' are comments, more fields than eight are ignored. A line with too few fields, something that is
+/// no finite number, a place more than 1000 km away, a time that does not increase or a quaternion of length 0 is
+/// skipped and reported. Quaternions are normalised.
+TrajectoryResult loadTrajectory(const QString &fileName);
