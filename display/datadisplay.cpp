@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "display/datadisplay.h"
+
+#include "display/sensorschedule.h"
+#include "module/channel/version.h"
+#include "module/interface/backendversions.h"
+#include "module/interface/iomanager.h"
+
+#include <QByteArray>
+#include <QDir>
+
+namespace {
+
+constexpr int viewInterval = 200; // ms
+
+} // namespace
+
+DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backendVersions, const QString &moduleVersion)
+    : QWidget(parent)
+    , versions(backendVersions)
+    , ioManager(io)
+{
+    setupUi(this);
+    tableWidget6d->setIOManager(ioManager);
+    tableWidget6d->setVersions(versions);
+    tableWidget6d->setTabIndex(0);
+    tableWidget6d->setRowEnabled(&calibratedBodies);
+    ioManager->registerRequester(this);
+
+    setupTable6d();
+    setupTable3d();
+    sensorIntervals = sensorSchedule();
+    preferencesDir = QDir::homePath() + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/") + moduleVersion
+        + QStringLiteral("/config");
+    loadPreferences();
+
+    viewTimer.setInterval(viewInterval);
+    sensorTimer.setInterval(firstSensorInterval);
+    connect(&viewTimer, &QTimer::timeout, this, &DataDisplay::updateView6d);
+    connect(&viewTimer, &QTimer::timeout, this, &DataDisplay::updateView3d);
+    connect(tableWidget6d, &ZelTableWidget::updateFilterActiveStatus, this, &DataDisplay::onUpdateFilterActiveStatus);
+    connect(&sensorTimer, &QTimer::timeout, this, &DataDisplay::timerUpdateInertialSensorInfo);
+    connect(this, &DataDisplay::shallUpdateView6d, this, &DataDisplay::updateView6d, Qt::QueuedConnection);
+
+    fixedAnglePresent = detectFixedAngles();
+    chooseOutputFormat();
+    activateOutput("3d");
+}
+
+const char *DataDisplay::tag6d() const
+{
+    return data.useInertialFormat ? "6di" : "6d";
+}
+
+int DataDisplay::processOutput(const char *tag, const char *line) noexcept
+try {
+    if (!tag || !line) {
+        ++data.lineCounts.ignored;
+        return 0;
+    }
+    QByteArray copy(line);
+    const LineFate fate = data.receive(tag, copy.data());
+    if (fate == LineFate::StoredFirstBodies)
+        emit shallUpdateView6d();
+    return fate == LineFate::Malformed ? -1 : 0;
+} catch (...) {
+    ++data.lineCounts.dropped;
+    return 0; // the host's data thread has no handler for us; what is stored stays usable
+}
+
+void DataDisplay::clearData() noexcept
+try {
+    viewTimer.stop();
+    tableWidget6d->setRowCount(0);
+    tableWidget3d->setRowCount(0);
+    data.clear();
+    if (!inertialAvailable)
+        return;
+    inertialAvailable = false;
+    if (!inertialInUse)
+        return;
+    sensorTimer.stop();
+    inertialInUse = false;
+} catch (...) {
+    return; // out of memory: the host has no handler for us
+}
+
+void DataDisplay::prepareShutdown()
+{
+    ioManager->unregisterRequester(this);
+    savePreferences();
+}
+
+void DataDisplay::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    ioManager->startOutput(tag6d(), this);
+    ioManager->startOutput("3d", this);
+}
+
+void DataDisplay::hideEvent(QHideEvent *event)
+{
+    QWidget::hideEvent(event);
+    ioManager->stopOutput(tag6d(), this);
+    ioManager->stopOutput("3d", this);
+}

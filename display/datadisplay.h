@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "data/trackingdata.h"
+#include "module/interface/requester.h"
+#include "ui_datadisplay.h"
+
+#include <QList>
+#include <QString>
+#include <QTimer>
+#include <QWidget>
+
+class IOManager;
+class QDomElement;
+class QTableWidgetItem;
+struct BackendVersions;
+
+/// The panel: the 6DOF table of bodies and the 3DOF table of markers, with the lines of output behind them.
+/// Everything is for the GUI thread but processOutput(), which the host calls on its data thread.
+class DataDisplay : public QWidget, private Ui::DataDisplayWidget, public Requester {
+    Q_OBJECT
+    // What became of the host's lines, for hosts that account for them: the return code can't tell a line that was
+    // dropped while the tables were drawn from one that was stored.
+    Q_PROPERTY(quint64 storedLines READ storedLines)
+    Q_PROPERTY(quint64 droppedLines READ droppedLines)
+    Q_PROPERTY(quint64 ignoredLines READ ignoredLines)
+
+public:
+    /// \a ioManager and \a versions are the host's and outlive the panel. \a moduleVersion ("v2.2.6") names the
+    /// folder of the preferences. Registers with the command channel.
+    DataDisplay(IOManager *ioManager, QWidget *parent, BackendVersions *versions, const QString &moduleVersion);
+
+    int processOutput(const char *tag, const char *line) noexcept override;
+    void configurationChanged() noexcept override;
+    void clearData() noexcept override;
+
+    /// Unregisters from the command channel and saves the preferences; to be called once before the panel goes.
+    void prepareShutdown();
+
+    quint64 storedLines() const { return data.lineCounts.stored; }
+    quint64 droppedLines() const { return data.lineCounts.dropped; }
+    quint64 ignoredLines() const { return data.lineCounts.ignored; }
+
+signals:
+    /// From the data thread: the first bodies of a new configuration are stored.
+    void shallUpdateView6d();
+
+public slots:
+    void onUpdateFilterActiveStatus(int iBodyIdx); ///< reads the filter state of a table row anew
+    void updateView3d();
+    void updateView6d();
+    /// One polling pass over the inertial sensors. The \a first after a configuration shows them all as absent.
+    void updateInertialSensorInfo(bool first);
+    void timerUpdateInertialSensorInfo();
+
+protected:
+    void showEvent(QShowEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
+
+private:
+    const char *tag6d() const;
+
+    void setupTable6d();
+    void setupTable3d();
+    void showBody(int row);
+
+    void rebuildConfiguration();
+    bool detectHeadRow();
+    bool detectFixedAngles();
+    void chooseOutputFormat();
+    void activateOutput(const char *tag);
+    void readCalibratedBodies();
+    bool isHeadTargetReady();
+    void readActiveBodies();
+    void buildRows();
+    void buildInertialCells();
+    void readTrackingReference();
+    void configureSensors();
+    bool anySensorInUse();
+    void setSensorColumnsHidden(bool hidden);
+    int headRows() const { return hasHeadRow ? 1 : 0; }
+    int bodyNumberOfRow(int row) const { return row - headRows() + 1; }
+    QString bodyDescription(int row);
+    QString filterActiveText(int row);
+
+    void pollSensor(int row, bool first);
+    void showSensor(int row, Qt::GlobalColor background, double battery, double temperature, double level);
+    void stepSensorSchedule();
+
+    QString preferencesFile() const;
+    void loadPreferences();
+    void applyPreference(const QDomElement &element);
+    void savePreferences();
+
+    BackendVersions *versions = nullptr;
+    IOManager *ioManager = nullptr;
+    TrackingData data; ///< both threads, by its own rules
+    QTimer viewTimer;
+    QTimer sensorTimer;
+    qint32 numBodies = 0;
+    bool hasHeadRow = false; ///< row 0 of the 6DOF table is the head target of a multi-user hand-held device
+    bool inertialAvailable = false;
+    bool inertialInUse = false;
+    bool fixedAnglePresent = false; ///< "6d" is used even where "6di" would be possible
+    QList<bool> calibratedBodies; ///< one per table row, and a spare one without head row
+    QList<bool> activeBodies; ///< likewise
+    QList<bool> rowHasSensor; ///< one per body, the head row not counted
+    QString preferencesDir;
+    qint32 sensorScheduleIndex = 0;
+    QList<int> sensorIntervals; ///< [ms], one per polling pass, the last for all further ones
+    qint32 referenceRow = -2; ///< table row of the tracking reference; -2: none
+    QString referenceName; ///< kept from one configuration to the next; referenceRow says whether it counts
+};

@@ -1,0 +1,21 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "display/levelbar.h"
+
+/// How far an inertial sensor has warmed up [%], with its temperature as text.
+class TemperatureBar : public LevelBar {
+    Q_OBJECT
+
+public:
+    explicit TemperatureBar(QWidget *parent = nullptr);
+
+public slots:
+    /// Shows \a _value percent; below 0 hides the bar.
+    void setValue(int _value);
+    /// Shows \a _value percent without its fraction; below 0 hides the bar.
+    void setValue(double _value);
+    /// Sets the bar's text to \a _temp [°C], whatever the bar's value is.
+    void setTemperature(double _temp);
+};

@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QList>
+#include <QTableWidget>
+
+class IOManager;
+struct BackendVersions;
+
+/// The table of bodies. It knows the cell that was pressed last and what the body of a row may be asked for.
+class ZelTableWidget : public QTableWidget {
+    Q_OBJECT
+
+public:
+    explicit ZelTableWidget(QWidget *parent = nullptr);
+
+    void setVersions(BackendVersions *backendVersions) { versions = backendVersions; } ///< the host's
+    void setIOManager(IOManager *io) { ioManager = io; } ///< the host's
+    void setTabIndex(int index) { tabIndex = index; } ///< 0: standard bodies, 1: hand-held devices
+    /// One flag per row, owned by the caller: whether its body is calibrated and so has a menu.
+    void setRowEnabled(QList<bool> *enabled) { rowEnabled = enabled; }
+    /// Row 0 is the head target, so that rows and the backend's body numbers differ by one.
+    void setHeadRowPresent(bool present) { headRowPresent = present; }
+
+signals:
+    /// The filter dialog of this table row was open.
+    void updateFilterActiveStatus(int);
+
+public slots:
+    void onCellPressed(int row, int column);
+
+private:
+    BackendVersions *versions = nullptr;
+    IOManager *ioManager = nullptr;
+    qint32 pressedRow = 0;
+    qint32 pressedColumn = 0;
+    qint32 tabIndex = 0;
+    QList<bool> *rowEnabled = nullptr;
+    bool headRowPresent = false;
+};

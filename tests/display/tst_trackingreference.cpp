@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+
+#include "tests/display/panelbench.h"
+
+#include <QtTest>
+
+/// Which row the backend names as its tracking reference.
+class TestTrackingReference : public QObject {
+    Q_OBJECT
+
+private slots:
+    void rows_data();
+    void rows();
+    void hostileReferences_data();
+    void hostileReferences();
+    void referenceMayGo();
+};
+
+void TestTrackingReference::rows_data()
+{
+    QTest::addColumn<QString>("answer");
+    QTest::addColumn<bool>("head");
+    QTest::addColumn<int>("row"); // -1: none
+    QTest::newRow("b03 is row 2") << "standard b03" << false << 2;
+    QTest::newRow("b03 is row 3 below a head row") << "standard b03" << true << 3;
+    QTest::newRow("any first character is dropped") << "standard 72" << false << 1;
+    QTest::newRow("more parts don't matter") << "standard b01 x y" << false << 0;
+    QTest::newRow("none") << "none" << false << -1;
+    QTest::newRow("other bodies are none") << "wandor b01" << false << -1;
+    QTest::newRow("upper case is another word") << "Standard b01" << false << -1;
+    QTest::newRow("an empty part counts") << "standard  b01" << false << -1;
+    QTest::newRow("an empty part in front counts") << " standard b01" << false << -1;
+    QTest::newRow("one part") << "standard" << false << -1;
+    QTest::newRow("no number") << "standard b" << false << -1;
+    QTest::newRow("not decimal") << "standard b0x1" << false << -1;
+    QTest::newRow("empty") << "" << false << -1;
+    QTest::newRow("b0 is no row") << "standard b0" << false << -1;
+}
+
+void TestTrackingReference::rows()
+{
+    QFETCH(const QString, answer);
+    QFETCH(const bool, head);
+    QFETCH(const int, row);
+    PanelBench bench;
+    bench.answerBodies(3);
+    if (head)
+        bench.answerHead();
+    bench.answer("body desc standard b03", " \"Hand\"  ");
+    bench.answer(QStringLiteral("tracking reference"), answer);
+    bench.createPanel();
+    const QStringList calls = bench.reconfigure();
+    QCOMPARE(calls.at(calls.indexOf(QStringLiteral("requestString tracking reference")) + 1)
+                 .startsWith(QLatin1String("requestString body desc standard b")),
+             row >= 0);
+    QList<int> blueRows;
+    for (int i = 0; i < bench.table6d().rowCount(); ++i) {
+        if (bench.background(i, NameColumn) == QBrush(Qt::blue))
+            blueRows << i;
+    }
+    QCOMPARE(blueRows, row < 0 ? QList<int>() : QList<int>{row});
+    if (answer == QLatin1String("standard b03"))
+        QCOMPARE(bench.text(row, NameColumn), QStringLiteral("Hand"));
+}
+
+void TestTrackingReference::hostileReferences_data()
+{
+    QTest::addColumn<QString>("number");
+    for (const char *const number : {"-1", "-5", "4", "5", "99999", "2147483647", "-2147483648", "99999999999"})
+        QTest::newRow(number) << number;
+}
+
+void TestTrackingReference::hostileReferences()
+{
+    QFETCH(const QString, number);
+    PanelBench bench;
+    bench.answerBodies(3);
+    bench.createPanel();
+    bench.answer(QStringLiteral("tracking reference"), QStringLiteral("standard b") + number);
+    for (const bool head : {false, true}) {
+        if (head)
+            bench.answerHead();
+        QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+        for (int row = 0; row < 3; ++row)
+            QVERIFY(bench.background(row, NameColumn) != QBrush(Qt::blue));
+    }
+}
+
+void TestTrackingReference::referenceMayGo()
+{
+    PanelBench bench;
+    bench.answerBodies(1);
+    bench.answer("tracking reference", "standard b01");
+    bench.answer("body desc standard b01", "");
+    bench.createConfiguredPanel();
+    QCOMPARE(bench.text(0, NameColumn), QStringLiteral("reference"));
+    bench.refuse("tracking reference");
+    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(bench.text(0, NameColumn), QString());
+    QCOMPARE(bench.background(0, NameColumn), QBrush(Qt::transparent));
+}
+
+QTEST_MAIN(TestTrackingReference)
+#include "tst_trackingreference.moc"
