@@ -1,0 +1,81 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+#include <QMap>
+#include <QString>
+#include <QVector>
+
+class IOManager;
+struct BackendVersions;
+
+/// A preset of the list for all bodies.
+struct FilterPresetEntry {
+    QString id;
+    QString description;
+    bool forInertialBodies = false; ///< offered to bodies with an inertial sensor, too
+};
+
+/// A mode of the list for all bodies.
+struct FilterModeEntry {
+    QString id;
+    QString description;
+};
+
+/// The presets or modes that one body may use: description by identifier.
+using FilterChoices = QMap<QString, QString>;
+
+/// A body whose filter may be set.
+struct FilterBodyEntry {
+    QString id; ///< "standard b01", "wandor b12"
+    QString name; ///< for the operator, with the backend's description
+    bool hasInertialSensor = false;
+};
+
+struct FilterLimits {
+    double strengthMin = 0.0; ///< always finite, as is the next
+    double strengthMax = 0.0;
+    int predictionMin = 0; ///< [ms]
+    int predictionMax = 0; ///< [ms]
+};
+
+/// \a value, the nearest finite number for an infinite one, 0 for NaN: a spin box can't hold the others.
+double finiteNumber(double value) noexcept;
+
+/// What the backend offers: asks anew at every call and keeps nothing. Texts come back without double quotes, those of
+/// identifiers as they are. Only presetsOf() and modesOf() log their failures.
+class FilterCapabilities {
+public:
+    /// Both are the host's and outlive this object.
+    FilterCapabilities(IOManager &ioManager, const BackendVersions &backendVersions)
+        : io(ioManager)
+        , versions(backendVersions)
+    {
+    }
+
+    /// Whether bodies have a filter: standard bodies for \a tabIndex 0, wandors for 1, none for others.
+    bool isAvailable(int tabIndex) const;
+    /// Whether the configuration can't be changed at present.
+    bool isLocked() const;
+    /// Whether the backend says for each body which presets and modes it may use.
+    bool hasListsPerBody() const;
+
+    FilterLimits limits() const;
+    QVector<FilterPresetEntry> presets() const;
+    QVector<FilterModeEntry> modes() const;
+
+    FilterChoices presetsOf(const QByteArray &bodyId) const;
+    FilterChoices modesOf(const QByteArray &bodyId) const;
+
+    /// The body with index \a bodyIndex of a table, calibrated or not; for an index below 0 all calibrated ones.
+    QVector<FilterBodyEntry> bodies(int tabIndex, int bodyIndex) const;
+
+private:
+    FilterBodyEntry standardBody(qint32 number) const;
+    QVector<FilterBodyEntry> calibratedStandardBodies() const;
+    QVector<FilterBodyEntry> calibratedWandors() const;
+
+    IOManager &io;
+    const BackendVersions &versions;
+};

@@ -1,0 +1,189 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "filter/filterdialog.h"
+
+#include "filter/filterhelp.h"
+#include "module/channel/query.h"
+#include "module/interface/iomanager.h"
+#include "ui_filterdialog.h"
+
+#include <QKeyEvent>
+
+namespace {
+
+/// The user data of item \a index, to be sent to the backend; empty without such an item.
+QByteArray idOf(const QComboBox *comboBox, int index)
+{
+    return comboBox->itemData(index).toString().toUtf8();
+}
+
+} // namespace
+
+FilterDialog::FilterDialog(IOManager *io, QWidget *parent, BackendVersions *backendVersions)
+    : QDialog(parent)
+    , ui(std::make_unique<Ui::FilterDialog>())
+    , ioManager(io)
+    , versions(backendVersions)
+{
+    ui->setupUi(this);
+    if (parent)
+        setWindowIcon(parent->windowIcon());
+    presets = capabilities().presets();
+    applyLimits();
+    if (capabilities().hasListsPerBody())
+        return;
+    const QVector<FilterModeEntry> modes = capabilities().modes();
+    for (const FilterModeEntry &mode : modes)
+        ui->comboBox_mode->addItem(mode.description, mode.id);
+}
+
+FilterDialog::~FilterDialog()
+{
+    delete help; // it has no parent, and would stay open over an application that no longer has the module
+}
+
+int FilterDialog::update_and_exec(int iTabIndex, int iBodyindex)
+{
+    const bool available = capabilities().isAvailable(iTabIndex);
+    locked = capabilities().isLocked();
+    setControlsEnabled(available && !locked);
+    if (available && !locked)
+        load(iTabIndex, iBodyindex);
+    else if (!locked) // a locked configuration shows in the disabled controls, without a message
+        ui->label_error->setText(unavailableText(iTabIndex));
+    return exec(); // the dialog may be gone by now
+}
+
+void FilterDialog::applyLimits()
+{
+    const FilterLimits limits = capabilities().limits();
+    ui->doubleSpinBox_strength->setMinimum(limits.strengthMin);
+    ui->doubleSpinBox_strength->setMaximum(limits.strengthMax);
+    ui->spinBox_prediction->setMinimum(limits.predictionMin);
+    ui->spinBox_prediction->setMaximum(limits.predictionMax);
+}
+
+void FilterDialog::load(int tabIndex, int bodyIndex)
+{
+    ui->label_error->setText(QString());
+    ready = false;
+    fillBodies(tabIndex, bodyIndex);
+    readAll();
+    ready = true;
+}
+
+void FilterDialog::setControlsEnabled(bool enabled)
+{
+    const std::initializer_list<QWidget *> controls = {
+        ui->label_body,         ui->comboBox_body,  ui->checkBox_active,        ui->label_preset,
+        ui->comboBox_preset,    ui->label_strength, ui->doubleSpinBox_strength, ui->label_prediction,
+        ui->spinBox_prediction, ui->label_mode,     ui->comboBox_mode};
+    for (QWidget *control : controls)
+        control->setEnabled(enabled);
+}
+
+QString FilterDialog::unavailableText(int tabIndex)
+{
+    if (tabIndex == 0)
+        return tr("<b><font color=red>6DOF filter for standard bodies not available</font></b>");
+    if (tabIndex == 1)
+        return tr("<b><font color=red>6DOF filter for wandors not available</font></b>");
+    return tr("<b><font color=red>6DOF filter not available</font></b>");
+}
+
+FilterCapabilities FilterDialog::capabilities() const
+{
+    return FilterCapabilities(*ioManager, *versions);
+}
+
+void FilterDialog::keyPressEvent(QKeyEvent *event)
+{
+    // Return ends an edit: no button is the dialog's default, but one that has the focus is clicked.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+        if (auto *button = qobject_cast<QPushButton *>(focusWidget()))
+            button->click();
+        return;
+    }
+    QDialog::keyPressEvent(event);
+}
+
+void FilterDialog::on_pushButton_help_clicked()
+{
+    const QPointer<FilterHelp> opened(new FilterHelp);
+    help = opened;
+    opened->exec();
+    delete opened; // not the member: the dialog may be gone, and the help with it
+}
+
+void FilterDialog::on_comboBox_body_currentIndexChanged()
+{
+    if (ready)
+        readAll();
+}
+
+void FilterDialog::on_checkBox_active_stateChanged(int state)
+{
+    if (!ready)
+        return;
+    const QByteArray body = currentBody().toUtf8();
+    Query query(*ioManager);
+    query.accepted(
+        ioManager->sendCommand("body filter6d_enabled %s %s", body.constData(), state == Qt::Checked ? "yes" : "no"),
+        "activate/deactivate filter 6d for body %1", currentBody());
+    readPreset();
+    readStrength();
+    readPrediction();
+    readMode();
+}
+
+void FilterDialog::on_comboBox_preset_currentIndexChanged(int index)
+{
+    if (!ready)
+        return;
+    const QByteArray body = currentBody().toUtf8();
+    Query query(*ioManager);
+    query.accepted(ioManager->sendCommand("body filter6d_preset %s %s", body.constData(),
+                                          idOf(ui->comboBox_preset, index).constData()),
+                   "set filter 6d preset for body %1", currentBody());
+    readStrength();
+    readPrediction();
+    readMode();
+}
+
+void FilterDialog::on_doubleSpinBox_strength_editingFinished()
+{
+    if (!ready)
+        return;
+    const QByteArray body = currentBody().toUtf8();
+    Query query(*ioManager);
+    query.accepted(
+        ioManager->sendCommand("body filter6d_strength %s %f", body.constData(), ui->doubleSpinBox_strength->value()),
+        "set filter 6d strength for body %1", currentBody());
+}
+
+void FilterDialog::on_spinBox_prediction_editingFinished()
+{
+    if (!ready)
+        return;
+    const QByteArray body = currentBody().toUtf8();
+    Query query(*ioManager);
+    query.accepted(ioManager->sendCommand("body filter6d_prediction %s %f", body.constData(),
+                                          ui->spinBox_prediction->value() / 1000.0),
+                   "set filter 6d prediction for body %1", currentBody());
+}
+
+void FilterDialog::on_comboBox_mode_currentIndexChanged(int index)
+{
+    if (!ready)
+        return;
+    const QByteArray body = currentBody().toUtf8();
+    Query query(*ioManager);
+    query.accepted(ioManager->sendCommand("body filter6d_mode %s %s", body.constData(),
+                                          idOf(ui->comboBox_mode, index).constData()),
+                   "set filter 6d mode for body %1", currentBody());
+}
+
+void FilterDialog::on_pushButton_exit_clicked()
+{
+    close();
+}
