@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "backend/faultybackend.h"
+#include "backend/scenario.h"
+
+#include <QString>
+#include <QStringList>
+#include <QVector>
+
+#include <chrono>
+#include <memory>
+#include <optional>
+
+/// What the operator wants to be connected to: a scenario, or trajectory files to replay.
+struct BackendChoice {
+    QString scenario; ///< name of a shipped one or path of a file; without meaning when there are files to replay
+    QStringList replayFiles; ///< one body each
+};
+
+/// What goes for every backend that is chosen.
+struct BackendSettings {
+    std::optional<double> rate; ///< frames per second in place of the scenario's
+    std::optional<BackendVersion> version; ///< in place of the scenario's
+    QVector<FaultRule> faults;
+    std::chrono::milliseconds latency{0};
+};
+
+/// What came of a choice. Without a backend, error says why.
+struct BackendResult {
+    std::shared_ptr<TrackingBackend> backend;
+    QString error; ///< names the file and the line or the key
+    QStringList warnings; ///< such as skipped lines of a trajectory file
+};
+
+BackendResult makeBackend(const BackendChoice &choice, const BackendSettings &settings);

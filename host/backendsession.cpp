@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/backendsession.h"
+
+#include "backend/trackingbackend.h"
+#include "host/hostiomanager.h"
+#include "host/hostlog.h"
+
+#include <utility>
+
+BackendSession::BackendSession(HostIOManager &manager, BackendVersions &record, HostLog &hostLog)
+    : ioManager(manager)
+    , versions(record)
+    , log(hostLog)
+    , output(manager.subscriptions())
+{
+}
+
+BackendSession::~BackendSession() = default;
+
+void BackendSession::open(std::shared_ptr<TrackingBackend> newBackend)
+{
+    disconnectBackend();
+    backend = std::move(newBackend);
+    epoch = OutputThread::Clock::now();
+    openChannel();
+}
+
+void BackendSession::start()
+{
+    ioManager.announceConfiguration();
+    if (connected) // a requester may have run an event loop, and the operator disconnected in it
+        output.start(backend, epoch);
+}
+
+void BackendSession::change(std::shared_ptr<TrackingBackend> newBackend)
+{
+    open(std::move(newBackend));
+    start();
+}
+
+void BackendSession::connectAgain()
+{
+    if (connected || !backend)
+        return;
+    openChannel();
+    start();
+}
+
+void BackendSession::disconnectBackend()
+{
+    if (!connected)
+        return;
+    connected = false;
+    output.stop(); // before the data is cleared, so that no line fills it again
+    ioManager.setBackend(nullptr);
+    ioManager.announceLoss();
+    versions.backendMajor = versions.backendMinor = versions.backendPatch = 0;
+    log.inform(tr("Disconnected from %1.").arg(backend->name()));
+    emit connectionChanged();
+}
+
+void BackendSession::stopOutput()
+{
+    output.stop();
+}
+
+QString BackendSession::backendName() const
+{
+    return backend ? backend->name() : QString();
+}
+
+void BackendSession::openChannel()
+{
+    // The record comes first: modules read it while they ask the backend for its configuration.
+    const BackendVersion version = backend->version();
+    versions.backendMajor = version.major;
+    versions.backendMinor = version.minor;
+    versions.backendPatch = version.patch;
+    ioManager.setBackend(backend);
+    connected = true;
+    log.inform(tr("Connected to %1, version %2.%3.%4.")
+                   .arg(backend->name())
+                   .arg(version.major)
+                   .arg(version.minor)
+                   .arg(version.patch));
+    emit connectionChanged();
+}

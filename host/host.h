@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/backendsession.h"
+#include "host/hostiomanager.h"
+#include "host/hostlog.h"
+#include "host/mainwindow.h"
+#include "host/moduleloader.h"
+#include "host/options.h"
+#include "module/interface/backendversions.h"
+
+#include <QCoreApplication>
+
+#include <memory>
+
+/// The whole program behind its command line: brings up log, command channel, window, modules and output in the order
+/// that modules rely on, and takes them down in the opposite one. GUI thread.
+class Host {
+    Q_DECLARE_TR_FUNCTIONS(Host)
+
+public:
+    /// \a backend is what the options chose; modules are looked for in \a moduleFolders.
+    Host(HostOptions hostOptions, std::shared_ptr<TrackingBackend> backend, const QStringList &moduleFolders);
+    /// Takes everything down if takeDown() has not done so.
+    ~Host();
+
+    /// Shows the window and runs until the operator quits or the time is over, then takes everything down and prints
+    /// the account of the lines. Returns the exit code.
+    int run();
+
+    MainWindow &window() { return mainWindow; }
+    HostLog &log() { return hostLog; }
+    BackendSession &backendSession() { return session; }
+
+    /// Unloads the modules and stops the output. Returns the account of the lines; empty when it was called before.
+    QString takeDown();
+
+private:
+    Q_DISABLE_COPY(Host)
+
+    void scheduleEnd();
+    void takeScreenshot();
+
+    // In the order of construction: each outlives the ones after it.
+    const HostOptions options;
+    HostLog hostLog;
+    BackendVersions versions;
+    HostIOManager ioManager;
+    BackendSession session;
+    MainWindow mainWindow;
+    ModuleLoader modules;
+    bool isDown = false;
+    bool pictureSaved = false;
+};

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/hostlog.h"
+
+#include <utility>
+
+namespace {
+
+const QLatin1String hostCategory("host");
+const QLatin1String hostSender("trackhost");
+
+} // namespace
+
+HostLog::HostLog(std::size_t maximumEntries, QObject *parent)
+    : QObject(parent)
+    , capacity(maximumEntries)
+{
+    connect(this, &HostLog::entriesWaiting, this, &HostLog::handOut, Qt::QueuedConnection);
+}
+
+void HostLog::add(int level, const QString &category, const QString &sender, const QString &text)
+{
+    {
+        const std::lock_guard lock(mutex);
+        if (waiting.size() == capacity) {
+            waiting.pop_front();
+            ++dropped;
+        }
+        waiting.push_back({QDateTime::currentDateTime(), level, category, sender, text});
+        if (handOutIsDue)
+            return;
+        handOutIsDue = true;
+    }
+    emit entriesWaiting();
+}
+
+void HostLog::inform(const QString &text)
+{
+    add(0, hostCategory, hostSender, text);
+}
+
+void HostLog::warn(const QString &text)
+{
+    add(1, hostCategory, hostSender, text);
+}
+
+void HostLog::handOut()
+{
+    std::deque<LogEntry> entries;
+    std::size_t lost = 0;
+    {
+        const std::lock_guard lock(mutex);
+        entries.swap(waiting);
+        std::swap(lost, dropped);
+        handOutIsDue = false;
+    }
+    if (lost > 0) {
+        emit entryAdded({entries.front().time, 1, hostCategory, hostSender,
+                         tr("%1 entries came faster than they could be shown and were dropped.").arg(lost)});
+    }
+    for (const LogEntry &entry : entries)
+        emit entryAdded(entry);
+}

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+
+#include <deque>
+#include <mutex>
+
+/// One entry of the host's log. A level of 0 is an information, 1 and above is a failure or a warning.
+struct LogEntry {
+    QDateTime time;
+    int level = 0;
+    QString category;
+    QString sender;
+    QString text;
+};
+
+/// The host's log: entries come in from any thread and go out on the log's own thread.
+///
+/// Entries wait in a queue of limited length until the event loop hands them out, so that a module that logs with every
+/// line of data can't fill the memory. Beyond it the oldest are dropped and their number is logged instead.
+class HostLog : public QObject {
+    Q_OBJECT
+
+public:
+    explicit HostLog(std::size_t maximumEntries = 1000, QObject *parent = nullptr);
+
+    /// Any thread.
+    void add(int level, const QString &category, const QString &sender, const QString &text);
+    /// An information of the host's own. Any thread.
+    void inform(const QString &text);
+    /// A failure of the host's own. Any thread.
+    void warn(const QString &text);
+
+signals:
+    void entryAdded(const LogEntry &entry); ///< on the log's thread, in the order of the entries
+    void entriesWaiting(); ///< from any thread, for this object alone
+
+private:
+    void handOut();
+
+    const std::size_t capacity;
+    std::mutex mutex; // guards the next three, which any thread touches
+    std::deque<LogEntry> waiting;
+    std::size_t dropped = 0;
+    bool handOutIsDue = false;
+};

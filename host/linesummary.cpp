@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/linesummary.h"
+
+#include "module/interface/moduleinterface.h"
+
+#include <QStringList>
+#include <QVariant>
+#include <QWidget>
+
+std::optional<DisplayedLines> displayedLines(const QList<ModuleEntry *> &entries)
+{
+    std::optional<DisplayedLines> total;
+    for (const ModuleEntry *entry : entries) {
+        if (!entry->widget)
+            continue;
+        const QList<QWidget *> widgets = entry->widget->findChildren<QWidget *>();
+        for (const QWidget *widget : widgets) {
+            const QVariant dropped = widget->property("droppedLines");
+            if (!dropped.isValid())
+                continue;
+            if (!total)
+                total.emplace();
+            total->stored += widget->property("storedLines").toULongLong();
+            total->dropped += dropped.toULongLong();
+            total->ignored += widget->property("ignoredLines").toULongLong();
+        }
+    }
+    return total;
+}
+
+QString LineSummary::text(const OutputThread::Counts &counts, const std::optional<DisplayedLines> &displayed)
+{
+    QStringList parts{tr("%1 sent").arg(counts.sent)};
+    if (displayed) {
+        parts << tr("%1 stored").arg(displayed->stored)
+              << tr("%1 dropped while the display was drawing").arg(displayed->dropped);
+    }
+    parts << tr("%1 refused").arg(counts.refused);
+    if (displayed) {
+        parts << tr("%1 ignored").arg(displayed->ignored);
+        const quint64 accounted = displayed->stored + displayed->dropped + counts.refused + displayed->ignored;
+        if (accounted < counts.sent)
+            parts << tr("%1 unaccounted for").arg(counts.sent - accounted);
+        else if (accounted > counts.sent)
+            parts << tr("%1 more accounted for than sent").arg(accounted - counts.sent);
+    }
+    if (counts.skippedFrames > 0)
+        parts << tr("%1 frames left out because the host was late").arg(counts.skippedFrames);
+    return tr("lines: %1").arg(parts.join(QStringLiteral(", ")));
+}

@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/outputthread.h"
+
+#include <QCoreApplication>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+struct ModuleEntry;
+
+/// What displays say became of the lines they were given.
+struct DisplayedLines {
+    quint64 stored = 0;
+    quint64 dropped = 0; ///< lost because the display was drawing
+    quint64 ignored = 0;
+};
+
+/// Adds up the properties "storedLines", "droppedLines" and "ignoredLines" of every widget in the entries' docks that
+/// has the second of them. A result code can't tell a dropped line from a stored one, so a display that counts says it
+/// this way. Nothing when no widget does. GUI thread.
+std::optional<DisplayedLines> displayedLines(const QList<ModuleEntry *> &entries);
+
+/// The account of all lines, for the end of a run.
+struct LineSummary {
+    Q_DECLARE_TR_FUNCTIONS(LineSummary)
+
+public:
+    /// One line, which says so when the numbers do not add up.
+    static QString text(const OutputThread::Counts &counts, const std::optional<DisplayedLines> &displayed);
+};

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/host.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+namespace {
+
+constexpr int badInput = 2; // command line, scenario or file to replay
+
+void print(std::FILE *stream, const QString &text)
+{
+    std::fprintf(stream, "%s\n", qPrintable(text));
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
+    QCoreApplication::setApplicationName(QStringLiteral("trackhost"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(VORNAK_VERSION));
+    {
+        // Texts are printed without a display, so that --help works on a server. Complaints wait for the application
+        // with a display, which takes Qt's own options such as -platform out of the arguments.
+        const QCoreApplication withoutDisplay(argc, argv);
+        const OptionsResult result = OptionsResult::read(QCoreApplication::arguments());
+        if (result.kind == OptionsResult::Kind::Answer) {
+            print(stdout, result.text);
+            return 0;
+        }
+    }
+    const QApplication application(argc, argv);
+    const OptionsResult result = OptionsResult::read(QCoreApplication::arguments());
+    if (result.kind == OptionsResult::Kind::Answer) {
+        print(stdout, result.text);
+        return 0;
+    }
+    if (result.kind == OptionsResult::Kind::Error) {
+        print(stderr, result.text);
+        return badInput;
+    }
+    const BackendResult made = makeBackend(result.options.choice, result.options.settings);
+    for (const QString &warning : made.warnings)
+        print(stderr, warning);
+    if (!made.backend) {
+        print(stderr, made.error);
+        return badInput;
+    }
+    return Host(result.options, made.backend, ModuleLoader::folders(result.options.modulesFolder)).run();
+}

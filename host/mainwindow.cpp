@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/mainwindow.h"
+
+#include "host/backendmenu.h"
+#include "host/backendsession.h"
+#include "host/hostlog.h"
+#include "host/logdock.h"
+#include "module/interface/moduleinterface.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QSettings>
+#include <QStatusBar>
+#include <QTimer>
+#include <QWhatsThis>
+
+namespace {
+
+const QLatin1String geometryKey("window/geometry");
+const QLatin1String stateKey("window/state");
+
+constexpr int rateInterval = 1000; // [ms]
+constexpr int logHeight = 110; // [pixels], a few lines
+
+QLabel *statusLabel(QStatusBar *bar, const QString &name, const QString &whatsThis)
+{
+    auto *label = new QLabel;
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText); // scenario files name the backend
+    label->setWhatsThis(whatsThis);
+    bar->addPermanentWidget(label);
+    return label;
+}
+
+Qt::DockWidgetArea areaOf(const ModuleEntry &entry)
+{
+    switch (entry.dockArea) {
+    case Qt::RightDockWidgetArea:
+    case Qt::TopDockWidgetArea:
+    case Qt::BottomDockWidgetArea:
+        return static_cast<Qt::DockWidgetArea>(entry.dockArea);
+    default:
+        return Qt::LeftDockWidgetArea;
+    }
+}
+
+} // namespace
+
+MainWindow::MainWindow(BackendSession &backendSession, HostLog &hostLog, const BackendSettings &settings)
+    : session(backendSession)
+    , log(hostLog)
+    , logDock(new LogDock(this))
+{
+    setObjectName(QStringLiteral("mainWindow"));
+    setWindowTitle(QApplication::applicationDisplayName());
+    resize(1280, 560); // both tables of a data display can be read without scrolling sideways
+    setDockNestingEnabled(true);
+    addDockWidget(Qt::BottomDockWidgetArea, logDock);
+    connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
+    addMenus(settings);
+    addStatus();
+}
+
+void MainWindow::addEntries(const QList<ModuleEntry *> &entries)
+{
+    int number = 0;
+    for (ModuleEntry *entry : entries) {
+        ++number;
+        if (entry->action)
+            menuNamed(entry->menuName)->addAction(entry->action);
+        if (entry->widget)
+            addDock(*entry, number);
+    }
+    // The log comes last, however often entries are added.
+    viewMenu->removeAction(logDock->toggleViewAction());
+    viewMenu->addAction(logDock->toggleViewAction());
+}
+
+void MainWindow::removeEntries(const QList<ModuleEntry *> &entries)
+{
+    for (const ModuleEntry *entry : entries) {
+        if (auto *dock = qobject_cast<QDockWidget *>(entry->widget))
+            removeDockWidget(dock);
+        if (!entry->action)
+            continue;
+        const QList<QMenu *> menus = findChildren<QMenu *>();
+        for (QMenu *menu : menus)
+            menu->removeAction(entry->action);
+    }
+    for (const QPointer<QMenu> &menu : qAsConst(moduleMenus))
+        delete menu;
+    moduleMenus.clear();
+}
+
+void MainWindow::restoreLayout()
+{
+    const QSettings settings;
+    restoreGeometry(settings.value(geometryKey).toByteArray());
+    hasLayout = restoreState(settings.value(stateKey).toByteArray());
+}
+
+void MainWindow::saveLayout() const
+{
+    QSettings settings;
+    settings.setValue(geometryKey, saveGeometry());
+    settings.setValue(stateKey, saveState());
+}
+
+void MainWindow::showEvent(QShowEvent *event)
+{
+    QMainWindow::showEvent(event);
+    if (hasLayout)
+        return;
+    hasLayout = true;
+    // The modules get what the log leaves. On a window that is not laid out yet this would have no effect.
+    const QList<QDockWidget *> docks = findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    QList<int> heights;
+    for (const QDockWidget *dock : docks)
+        heights << (dock == logDock ? logHeight : height());
+    resizeDocks(docks, heights, Qt::Vertical);
+}
+
+void MainWindow::addMenus(const BackendSettings &settings)
+{
+    QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
+    fileMenu->setObjectName(QStringLiteral("fileMenu"));
+    QAction *quit = fileMenu->addAction(tr("&Quit"), this, &QWidget::close);
+    quit->setObjectName(QStringLiteral("quitAction"));
+    quit->setShortcut(QKeySequence::Quit);
+
+    viewMenu = menuBar()->addMenu(tr("&View"));
+    viewMenu->setObjectName(QStringLiteral("viewMenu"));
+    viewMenu->addAction(logDock->toggleViewAction());
+
+    backend = new BackendMenu(session, log, settings, this);
+    menuBar()->addMenu(backend);
+    connect(backend, &BackendMenu::failed, this,
+            [this](const QString &text) { statusBar()->showMessage(text, 10000); });
+
+    helpMenu = menuBar()->addMenu(tr("&Help"));
+    helpMenu->setObjectName(QStringLiteral("helpMenu"));
+    QAction *whatsThis = QWhatsThis::createAction(this);
+    whatsThis->setObjectName(QStringLiteral("whatsThisAction"));
+    helpMenu->addAction(whatsThis);
+    helpMenu->addAction(tr("&About %1").arg(QApplication::applicationDisplayName()), this, &MainWindow::showAbout)
+        ->setObjectName(QStringLiteral("aboutAction"));
+}
+
+void MainWindow::addStatus()
+{
+    backendLabel = statusLabel(statusBar(), QStringLiteral("backendLabel"), tr("The backend that the data come from."));
+    rateLabel = statusLabel(statusBar(), QStringLiteral("rateLabel"),
+                            tr("Lines of output handed to the modules, measured once a second."));
+    refusedLabel = statusLabel(statusBar(), QStringLiteral("refusedLabel"),
+                               tr("Lines that a module could not read, since the start."));
+    connect(&session, &BackendSession::connectionChanged, this, &MainWindow::updateStatus);
+    auto *timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this, &MainWindow::measureRate);
+    timer->start(rateInterval);
+    rateClock.start();
+    updateStatus();
+    rateLabel->setText(tr("%1 lines/s").arg(0));
+    refusedLabel->setText(tr("%1 refused").arg(0));
+}
+
+/// The menu with this title, made in front of "&Help" if there is none.
+QMenu *MainWindow::menuNamed(const QString &title)
+{
+    const QList<QAction *> actions = menuBar()->actions();
+    for (const QAction *action : actions) {
+        if (action->menu() && action->menu()->title() == title)
+            return action->menu();
+    }
+    auto *menu = new QMenu(title, this);
+    menuBar()->insertMenu(helpMenu->menuAction(), menu);
+    moduleMenus.append(menu);
+    return menu;
+}
+
+void MainWindow::addDock(const ModuleEntry &entry, int number)
+{
+    auto *dock = qobject_cast<QDockWidget *>(entry.widget);
+    if (!dock) {
+        log.warn(tr("A module's widget for \"%1\" is no dock widget and is not shown.").arg(entry.menuName));
+        return;
+    }
+    if (dock->objectName().isEmpty()) // without a name its place can't be kept
+        dock->setObjectName(QStringLiteral("moduleDock%1").arg(number));
+    addDockWidget(areaOf(entry), dock);
+}
+
+void MainWindow::updateStatus()
+{
+    const QString name = session.backendName();
+    backendLabel->setText(session.isConnected() ? name
+                              : name.isEmpty()  ? tr("no backend")
+                                                : tr("%1 (disconnected)").arg(name));
+}
+
+void MainWindow::measureRate()
+{
+    const OutputThread::Counts counts = session.counts();
+    const double seconds = static_cast<double>(rateClock.restart()) / 1000.0;
+    const double rate = static_cast<double>(counts.sent - sentBefore) / qMax(seconds, 0.001);
+    sentBefore = counts.sent;
+    rateLabel->setText(tr("%1 lines/s").arg(qRound(rate)));
+    refusedLabel->setText(tr("%1 refused").arg(counts.refused));
+}
+
+void MainWindow::showAbout()
+{
+    QMessageBox::about(this, tr("About %1").arg(QApplication::applicationDisplayName()),
+                       tr("%1 %2\n\nRuns display modules on a simulated or recorded tracking backend.")
+                           .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()));
+}

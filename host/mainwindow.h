@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "host/backendchoice.h"
+
+#include <QElapsedTimer>
+#include <QList>
+#include <QMainWindow>
+#include <QPointer>
+
+class BackendMenu;
+class BackendSession;
+class HostLog;
+class LogDock;
+class QLabel;
+struct ModuleEntry;
+
+/// The main window: menus, status bar, log, and the docks of the modules.
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+
+public:
+    MainWindow(BackendSession &backendSession, HostLog &hostLog, const BackendSettings &settings);
+
+    /// Puts the modules' entries into the menus and dock areas, in the order given; "&View" ends with the log.
+    void addEntries(const QList<ModuleEntry *> &entries);
+    /// Takes the entries out of menus and docks; the modules delete them afterwards.
+    void removeEntries(const QList<ModuleEntry *> &entries);
+
+    /// Restores the window and its docks as they were at the last saveLayout(). After addEntries().
+    void restoreLayout();
+    void saveLayout() const;
+
+    BackendMenu *backendMenu() const { return backend; }
+
+protected:
+    void showEvent(QShowEvent *event) override;
+
+private:
+    void addMenus(const BackendSettings &settings);
+    void addStatus();
+    QMenu *menuNamed(const QString &title);
+    void addDock(const ModuleEntry &entry, int number);
+    void updateStatus();
+    void measureRate();
+    void showAbout();
+
+    BackendSession &session;
+    HostLog &log;
+    LogDock *logDock = nullptr;
+    QMenu *viewMenu = nullptr;
+    QMenu *helpMenu = nullptr;
+    BackendMenu *backend = nullptr;
+    QList<QPointer<QMenu>> moduleMenus; // made for the menu names of entries that were not there yet
+    QLabel *backendLabel = nullptr;
+    QLabel *rateLabel = nullptr;
+    QLabel *refusedLabel = nullptr;
+    bool hasLayout = false; // restored, or given at the first show
+    QElapsedTimer rateClock;
+    quint64 sentBefore = 0; // at the start of rateClock
+};

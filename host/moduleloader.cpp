@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/moduleloader.h"
+
+#include "host/hostlog.h"
+#include "module/interface/iomanager.h"
+#include "module/interface/moduleinterface.h"
+
+#include <QDir>
+#include <QJsonObject>
+#include <QLibrary>
+#include <QVariant>
+#include <QWidget>
+
+#include <algorithm>
+#include <iterator>
+#include <tuple>
+
+namespace {
+
+const QLatin1String iidPrefix("com.zel.Vornak2.");
+
+bool comesFirst(const ModuleEntry *left, const ModuleEntry *right)
+{
+    return std::tie(left->primaryOrder, left->secondaryOrder) < std::tie(right->primaryOrder, right->secondaryOrder);
+}
+
+void handOver(ModuleInterface &module, const HostObjects &objects)
+{
+    module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue(objects.commandManager));
+    module.setModuleProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(objects.moduleParent));
+    module.setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(objects.backendVersions));
+    module.setModuleProperty(QStringLiteral("ObserverMode"), objects.observerMode);
+}
+
+} // namespace
+
+ModuleLoader::ModuleLoader(HostLog &hostLog)
+    : log(hostLog)
+{
+}
+
+ModuleLoader::~ModuleLoader()
+{
+    aboutToUnload();
+    unload();
+}
+
+QStringList ModuleLoader::folders(const QString &firstFolder)
+{
+    QStringList result;
+    if (!firstFolder.isEmpty())
+        result << firstFolder;
+    // Both from the program on, so that an installation can be moved as a whole.
+    const QString folder = QCoreApplication::applicationDirPath();
+    result << folder + QStringLiteral("/../modules") << folder + QStringLiteral("/../" VORNAK_MODULE_FOLDER);
+    return result;
+}
+
+void ModuleLoader::load(const QStringList &searchedFolders, const HostObjects &objects)
+{
+    for (const QString &folder : searchedFolders) {
+        const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
+        for (const QFileInfo &file : files) {
+            if (QLibrary::isLibrary(file.fileName()))
+                loadFile(file.canonicalFilePath(), objects);
+        }
+    }
+    std::stable_sort(sortedEntries.begin(), sortedEntries.end(), comesFirst);
+    if (modules.empty()) {
+        log.warn(tr("There is no module in any of these folders: %1.").arg(searchedFolders.join(QStringLiteral(", "))));
+    }
+}
+
+void ModuleLoader::aboutToUnload()
+{
+    if (warned)
+        return;
+    warned = true;
+    for (const Module &module : modules)
+        module.interface->aboutToUnload();
+}
+
+void ModuleLoader::unload()
+{
+    sortedEntries.clear();
+    for (const Module &module : modules)
+        module.interface->releaseWidgets();
+    for (const Module &module : modules) {
+        if (!module.loader->unload())
+            log.warn(tr("%1 could not be unloaded: %2.").arg(module.loader->fileName(), module.loader->errorString()));
+    }
+    modules.clear();
+}
+
+void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
+{
+    auto loader = std::make_unique<QPluginLoader>(path);
+    QString iid;
+    if (!isWanted(*loader, &iid))
+        return;
+    // The instance goes with unload(), its code stays: Qt's caches may hold texts that lie in the library.
+    loader->setLoadHints(QLibrary::PreventUnloadHint);
+    auto *module = qobject_cast<ModuleInterface *>(loader->instance());
+    if (!module) {
+        const QString reason =
+            loader->isLoaded() ? tr("it does not have the interface of a module") : loader->errorString();
+        log.warn(tr("The module %1 is not used: %2.").arg(path, reason));
+        loader->unload();
+        return;
+    }
+    handOver(*module, objects);
+    const QList<ModuleEntry *> entries = module->moduleEntries();
+    std::copy_if(entries.begin(), entries.end(), std::back_inserter(sortedEntries),
+                 [](const ModuleEntry *entry) { return entry != nullptr; });
+    log.inform(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
+    modules.push_back({std::move(loader), module, iid});
+}
+
+/// Decides by the metadata, which are read without running any code of the library.
+bool ModuleLoader::isWanted(const QPluginLoader &loader, QString *iid)
+{
+    const QString path = loader.fileName();
+    *iid = loader.metaData().value(QLatin1String("IID")).toString();
+    if (iid->isEmpty()) {
+        log.warn(tr("%1 is not a module: it has no plug-in metadata that this program can read.").arg(path));
+        return false;
+    }
+    if (!iid->startsWith(iidPrefix)) {
+        log.inform(tr("%1 is not one of our modules: its identifier is \"%2\".").arg(path, *iid));
+        return false;
+    }
+    const bool known =
+        std::any_of(modules.begin(), modules.end(), [&](const Module &module) { return module.iid == *iid; });
+    if (known)
+        log.inform(tr("%1 is left alone: a module of its kind is loaded already.").arg(path));
+    return !known;
+}

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "module/interface/backendversions.h"
+
+#include <QCoreApplication>
+#include <QList>
+#include <QPluginLoader>
+#include <QString>
+#include <QStringList>
+
+#include <memory>
+#include <vector>
+
+class HostLog;
+class IOManager;
+class ModuleInterface;
+class QWidget;
+struct ModuleEntry;
+
+/// The host's objects that modules are given. They outlive the modules.
+struct HostObjects {
+    IOManager *commandManager = nullptr;
+    QWidget *moduleParent = nullptr;
+    BackendVersions *backendVersions = nullptr;
+    bool observerMode = false;
+};
+
+/// Finds modules, brings them up, and takes them down again. What can't be used is logged and left alone: a faulty
+/// module is no reason for the operator to lose the others. GUI thread.
+class ModuleLoader {
+    Q_DECLARE_TR_FUNCTIONS(ModuleLoader)
+
+public:
+    explicit ModuleLoader(HostLog &hostLog);
+    /// Takes down what is still up.
+    ~ModuleLoader();
+
+    /// Where modules are looked for: \a firstFolder unless it is empty, beside the program, and where they are
+    /// installed.
+    static QStringList folders(const QString &firstFolder);
+
+    /// Loads the modules found in \a searchedFolders, each kind of module once, the first that is found. A library is
+    /// loaded only when its metadata says that it is one of our modules.
+    void load(const QStringList &searchedFolders, const HostObjects &objects);
+    int count() const { return static_cast<int>(modules.size()); }
+    /// The entries of all modules, by their primary and then their secondary order.
+    QList<ModuleEntry *> entries() const { return sortedEntries; }
+
+    /// Tells all modules that they will be unloaded.
+    void aboutToUnload();
+    /// Lets the modules delete their widgets and destroys the modules. The host has forgotten the entries by then.
+    void unload();
+
+private:
+    Q_DISABLE_COPY(ModuleLoader)
+
+    struct Module {
+        std::unique_ptr<QPluginLoader> loader;
+        ModuleInterface *interface = nullptr; // owned by the loader
+        QString iid;
+    };
+
+    void loadFile(const QString &path, const HostObjects &objects);
+    bool isWanted(const QPluginLoader &loader, QString *iid);
+
+    HostLog &log;
+    std::vector<Module> modules;
+    QList<ModuleEntry *> sortedEntries; // owned by the modules
+    bool warned = false; // aboutToUnload() was called
+};

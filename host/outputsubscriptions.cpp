@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/outputsubscriptions.h"
+
+#include "backend/trackingbackend.h"
+#include "module/interface/requester.h"
+
+#include <algorithm>
+
+void OutputSubscriptions::add(Requester *requester)
+{
+    const std::lock_guard lock(mutex);
+    if (!find(requester))
+        subscribers.push_back({requester, {}});
+}
+
+void OutputSubscriptions::remove(Requester *requester)
+{
+    std::unique_lock lock(mutex);
+    subscribers.erase(std::remove_if(subscribers.begin(), subscribers.end(),
+                                     [=](const Subscriber &entry) { return entry.requester == requester; }),
+                      subscribers.end());
+    left.wait(lock, [&] { return running != requester || runningThread == std::this_thread::get_id(); });
+}
+
+bool OutputSubscriptions::subscribe(const QByteArray &tag, Requester *requester)
+{
+    const std::lock_guard lock(mutex);
+    Subscriber *subscriber = find(requester);
+    if (!subscriber)
+        return false;
+    if (std::find(subscriber->tags.begin(), subscriber->tags.end(), tag) == subscriber->tags.end())
+        subscriber->tags.push_back(tag);
+    return true;
+}
+
+void OutputSubscriptions::unsubscribe(const QByteArray &tag, Requester *requester)
+{
+    std::unique_lock lock(mutex);
+    if (Subscriber *subscriber = find(requester)) {
+        subscriber->tags.erase(std::remove(subscriber->tags.begin(), subscriber->tags.end(), tag),
+                               subscriber->tags.end());
+    }
+    left.wait(lock, [&] {
+        return running != requester || *runningTag != tag || runningThread == std::this_thread::get_id();
+    });
+}
+
+bool OutputSubscriptions::contains(const Requester *requester) const
+{
+    const std::lock_guard lock(mutex);
+    return std::any_of(subscribers.begin(), subscribers.end(),
+                       [=](const Subscriber &entry) { return entry.requester == requester; });
+}
+
+std::vector<Requester *> OutputSubscriptions::all() const
+{
+    const std::lock_guard lock(mutex);
+    std::vector<Requester *> requesters;
+    requesters.reserve(subscribers.size());
+    for (const Subscriber &subscriber : subscribers)
+        requesters.push_back(subscriber.requester);
+    return requesters;
+}
+
+OutputSubscriptions::Delivered OutputSubscriptions::deliver(const OutputLine &line)
+{
+    Delivered delivered;
+    for (Requester *requester : subscribersOf(line.tag)) {
+        if (!enter(requester, line.tag))
+            continue; // gone since the list was made, perhaps deleted
+        const int result = requester->processOutput(line.tag.constData(), line.text.constData());
+        leave();
+        ++delivered.sent;
+        if (result != 0)
+            ++delivered.refused;
+    }
+    return delivered;
+}
+
+OutputSubscriptions::Subscriber *OutputSubscriptions::find(const Requester *requester)
+{
+    const auto found = std::find_if(subscribers.begin(), subscribers.end(),
+                                    [=](const Subscriber &entry) { return entry.requester == requester; });
+    return found == subscribers.end() ? nullptr : &*found;
+}
+
+std::vector<Requester *> OutputSubscriptions::subscribersOf(const QByteArray &tag) const
+{
+    const std::lock_guard lock(mutex);
+    std::vector<Requester *> requesters;
+    for (const Subscriber &subscriber : subscribers) {
+        if (std::find(subscriber.tags.begin(), subscriber.tags.end(), tag) != subscriber.tags.end())
+            requesters.push_back(subscriber.requester);
+    }
+    return requesters;
+}
+
+bool OutputSubscriptions::enter(Requester *requester, const QByteArray &tag)
+{
+    const std::lock_guard lock(mutex);
+    const Subscriber *subscriber = find(requester);
+    if (!subscriber || std::find(subscriber->tags.begin(), subscriber->tags.end(), tag) == subscriber->tags.end())
+        return false;
+    running = requester;
+    runningTag = &tag;
+    runningThread = std::this_thread::get_id();
+    return true;
+}
+
+void OutputSubscriptions::leave()
+{
+    {
+        const std::lock_guard lock(mutex);
+        running = nullptr;
+        runningTag = nullptr;
+        runningThread = {};
+    }
+    left.notify_all();
+}

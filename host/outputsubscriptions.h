@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QByteArray>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+class Requester;
+struct OutputLine;
+
+/// Who gets which lines. Requesters come and go on the GUI thread while the data thread delivers. No lock is held
+/// while a requester is called, so that it may come back to this object from there.
+class OutputSubscriptions {
+public:
+    /// What became of the lines that were handed to requesters.
+    struct Delivered {
+        quint64 sent = 0; ///< calls of processOutput
+        quint64 refused = 0; ///< of these, the ones whose result was not 0
+    };
+
+    /// Makes \a requester known, once however often it is called.
+    void add(Requester *requester);
+    /// Forgets \a requester with all its tags. When it returns, the data thread has left the requester for good;
+    /// only a requester that calls this from its own processOutput is still in there.
+    void remove(Requester *requester);
+    /// Subscribes \a requester to \a tag, once however often it is called. Returns false, and does nothing, when the
+    /// requester is not known.
+    bool subscribe(const QByteArray &tag, Requester *requester);
+    /// Ends the subscription; waits as remove() does.
+    void unsubscribe(const QByteArray &tag, Requester *requester);
+
+    bool contains(const Requester *requester) const;
+    /// All known requesters in the order of their registration.
+    std::vector<Requester *> all() const;
+
+    /// Hands \a line to all requesters of its tag. One thread at a time.
+    Delivered deliver(const OutputLine &line);
+
+private:
+    struct Subscriber {
+        Requester *requester = nullptr;
+        std::vector<QByteArray> tags;
+    };
+
+    Subscriber *find(const Requester *requester);
+    std::vector<Requester *> subscribersOf(const QByteArray &tag) const;
+    bool enter(Requester *requester, const QByteArray &tag);
+    void leave();
+
+    mutable std::mutex mutex; // guards everything below
+    std::condition_variable left;
+    std::vector<Subscriber> subscribers;
+    const Requester *running = nullptr; // the one in processOutput now
+    const QByteArray *runningTag = nullptr;
+    std::thread::id runningThread;
+};

@@ -1,0 +1,156 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/backendsession.h"
+#include "host/hostiomanager.h"
+#include "host/hostlog.h"
+#include "tests/host/fakebackend.h"
+#include "tests/host/fakerequester.h"
+
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+/// Notes, with each call of the host, what the host's version record and command channel say at that moment.
+class Observer : public FakeRequester {
+public:
+    Observer(HostIOManager &manager, const BackendVersions &versions)
+    {
+        const auto note = [&, this](const char *call) {
+            qint32 bodies = -1;
+            const bool answered = manager.requestInt(&bodies, "standard number_of_bodies") == 0;
+            calls << QStringLiteral("%1: version %2.%3.%4, %5")
+                         .arg(QLatin1String(call))
+                         .arg(versions.backendMajor)
+                         .arg(versions.backendMinor)
+                         .arg(versions.backendPatch)
+                         .arg(answered ? QString::number(bodies) : QStringLiteral("no answer"));
+        };
+        onConfiguration = [note] { note("configurationChanged"); };
+        onClear = [note] { note("clearData"); };
+    }
+
+    QStringList calls;
+};
+
+class BackendSessionTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void fillsInTheVersionsBeforeModulesAreTold();
+    void sendsNoLineBeforeTheConfigurationIsKnown();
+    void disconnectsAndConnectsAgain();
+    void changesTheBackend();
+    void staysDownWhenTheConfigurationEndsInADisconnection();
+
+private:
+    static std::shared_ptr<FakeBackend> backendWith(int bodies, BackendVersion version);
+
+    std::unique_ptr<HostLog> log;
+    std::unique_ptr<HostIOManager> manager;
+    std::unique_ptr<BackendVersions> versions;
+    std::unique_ptr<Observer> observer;
+    std::unique_ptr<BackendSession> session;
+};
+
+void BackendSessionTest::init()
+{
+    log = std::make_unique<HostLog>();
+    manager = std::make_unique<HostIOManager>(*log);
+    versions = std::make_unique<BackendVersions>();
+    observer = std::make_unique<Observer>(*manager, *versions);
+    session = std::make_unique<BackendSession>(*manager, *versions, *log);
+    manager->registerRequester(observer.get());
+    manager->startOutput("6d", observer.get());
+}
+
+void BackendSessionTest::cleanup()
+{
+    session.reset();
+    observer.reset();
+    versions.reset();
+    manager.reset();
+    log.reset();
+}
+
+std::shared_ptr<FakeBackend> BackendSessionTest::backendWith(int bodies, BackendVersion version)
+{
+    auto backend = std::make_shared<FakeBackend>();
+    backend->backendVersion = version;
+    backend->answers.insert("standard number_of_bodies", QByteArray::number(bodies));
+    return backend;
+}
+
+void BackendSessionTest::fillsInTheVersionsBeforeModulesAreTold()
+{
+    QVERIFY(!session->isConnected());
+    session->open(backendWith(4, {1, 21, -1}));
+    QVERIFY(session->isConnected());
+    QVERIFY(observer->calls.isEmpty()); // modules may not be there yet
+    session->start();
+    QCOMPARE(observer->calls, QStringList{QStringLiteral("configurationChanged: version 1.21.-1, 4")});
+}
+
+void BackendSessionTest::sendsNoLineBeforeTheConfigurationIsKnown()
+{
+    int linesAtConfiguration = -1;
+    observer->onConfiguration = [&] { linesAtConfiguration = observer->lines; };
+    session->open(backendWith(4, {1, 21, 0}));
+    session->start();
+    QCOMPARE(linesAtConfiguration, 0);
+    QTRY_VERIFY(session->counts().sent > 0);
+}
+
+void BackendSessionTest::disconnectsAndConnectsAgain()
+{
+    QSignalSpy changes(session.get(), &BackendSession::connectionChanged);
+    session->open(backendWith(4, {1, 21, 0}));
+    session->start();
+    QTRY_VERIFY(session->counts().sent > 0);
+    observer->calls.clear();
+
+    session->disconnectBackend();
+    QVERIFY(!session->isConnected());
+    const quint64 sent = session->counts().sent;
+    QCOMPARE(observer->calls, QStringList{QStringLiteral("clearData: version 1.21.0, no answer")});
+    QCOMPARE(versions->backendMajor, 0);
+    session->disconnectBackend();
+    QCOMPARE(observer->calls.size(), 1);
+    QCOMPARE(session->counts().sent, sent);
+
+    session->connectAgain();
+    session->connectAgain();
+    QCOMPARE(observer->calls.size(), 2);
+    QCOMPARE(observer->calls.constLast(), QStringLiteral("configurationChanged: version 1.21.0, 4"));
+    QTRY_VERIFY(session->counts().sent > sent);
+    QCOMPARE(changes.size(), 3);
+}
+
+void BackendSessionTest::changesTheBackend()
+{
+    session->connectAgain(); // there is none yet
+    QVERIFY(!session->isConnected());
+    session->open(backendWith(4, {1, 21, 0}));
+    session->start();
+    session->change(backendWith(2, {0, 12, 0}));
+    QCOMPARE(observer->calls,
+             (QStringList{QStringLiteral("configurationChanged: version 1.21.0, 4"),
+                          QStringLiteral("clearData: version 1.21.0, no answer"),
+                          QStringLiteral("configurationChanged: version 0.12.0, 2")}));
+}
+
+void BackendSessionTest::staysDownWhenTheConfigurationEndsInADisconnection()
+{
+    observer->onConfiguration = [&] { session->disconnectBackend(); };
+    session->open(backendWith(4, {1, 21, 0}));
+    session->start();
+    QVERIFY(!session->isConnected());
+    QCOMPARE(observer->clears, 1);
+    QCOMPARE(session->counts().sent, 0U);
+}
+
+QTEST_GUILESS_MAIN(BackendSessionTest)
+#include "tst_backendsession.moc"

@@ -1,0 +1,311 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "backend/scenarios.h"
+#include "host/backendmenu.h"
+#include "host/host.h"
+#include "host/logdock.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QDockWidget>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QSettings>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <memory>
+
+/// The whole program with the test module, in this process.
+class HostTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void showsTheModuleInMenusAndDocks();
+    void keepsTheLogLastInTheViewMenu();
+    void givesModulesABackendBeforeTheyMakeTheirEntries();
+    void disconnectsAndConnectsByMenu();
+    void choosesAScenarioByMenu();
+    void keepsTheBackendWhenAChoiceFails();
+    void showsLogEntriesAsPlainText();
+    void keepsTheLogBounded();
+    void showsRateAndRefusedLines();
+    void keepsTheLayout();
+    void takesDownInOrderAndAccountsForTheLines();
+    void endsAnOpenDialogBeforeTheModulesGo();
+    void runsWithoutAnyModule();
+
+private:
+    void start(const QStringList &moduleFolders);
+    QAction *action(const char *name) const;
+    QString label(const char *name) const;
+    QString logText() const;
+    QStringList menuTexts(const char *menu) const;
+    static QStringList takeCalls();
+
+    std::unique_ptr<QTemporaryDir> home;
+    std::unique_ptr<Host> host;
+};
+
+void HostTest::initTestCase()
+{
+    QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
+    QCoreApplication::setApplicationName(QStringLiteral("tst_host"));
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+}
+
+void HostTest::init()
+{
+    home = std::make_unique<QTemporaryDir>();
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, home->path());
+    qApp->setProperty("moduleCalls", {});
+    start({QStringLiteral(TEST_MODULES "/testmodule")});
+}
+
+void HostTest::cleanup()
+{
+    host.reset();
+    home.reset();
+}
+
+void HostTest::start(const QStringList &moduleFolders)
+{
+    host.reset();
+    HostOptions options;
+    options.choice.scenario = QStringLiteral("default");
+    BackendResult made = makeBackend(options.choice, options.settings);
+    QVERIFY2(made.backend, qPrintable(made.error));
+    host = std::make_unique<Host>(options, made.backend, moduleFolders);
+    host->window().show();
+}
+
+QAction *HostTest::action(const char *name) const
+{
+    return host->window().findChild<QAction *>(QLatin1String(name));
+}
+
+QString HostTest::label(const char *name) const
+{
+    return host->window().findChild<QLabel *>(QLatin1String(name))->text();
+}
+
+QString HostTest::logText() const
+{
+    return host->window().findChild<QPlainTextEdit *>(QStringLiteral("logView"))->toPlainText();
+}
+
+QStringList HostTest::menuTexts(const char *menu) const
+{
+    QStringList texts;
+    const QList<QAction *> actions = host->window().findChild<QMenu *>(QLatin1String(menu))->actions();
+    for (const QAction *entry : actions)
+        texts << entry->text();
+    return texts;
+}
+
+QStringList HostTest::takeCalls()
+{
+    const QStringList calls = qApp->property("moduleCalls").toStringList();
+    qApp->setProperty("moduleCalls", {});
+    return calls;
+}
+
+void HostTest::showsTheModuleInMenusAndDocks()
+{
+    QStringList titles;
+    const QList<QAction *> menus = host->window().menuBar()->actions();
+    for (const QAction *menu : menus)
+        titles << menu->text();
+    QCOMPARE(titles,
+             (QStringList{QStringLiteral("&File"), QStringLiteral("&View"), QStringLiteral("&Backend"),
+                          QStringLiteral("&Tools"), QStringLiteral("&Help")}));
+    QCOMPARE(menuTexts("viewMenu"),
+             (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Log")}));
+    QCOMPARE(menuTexts("fileMenu"), QStringList{QStringLiteral("&Quit")});
+    QCOMPARE(menuTexts("helpMenu").size(), 2);
+    QVERIFY(action("whatsThisAction")->isEnabled());
+
+    QDockWidget *dock = nullptr;
+    const QList<QDockWidget *> docks = host->window().findChildren<QDockWidget *>();
+    for (QDockWidget *each : docks) {
+        QVERIFY(!each->objectName().isEmpty());
+        if (each->windowTitle() == QLatin1String("First"))
+            dock = each;
+    }
+    QVERIFY(dock);
+    QCOMPARE(host->window().dockWidgetArea(dock), Qt::RightDockWidgetArea);
+    QVERIFY(dock->isVisible());
+    QTRY_VERIFY(dock->height() > 2 * host->window().findChild<LogDock *>()->height());
+    dock->toggleViewAction()->trigger();
+    QVERIFY(!dock->isVisible());
+}
+
+void HostTest::keepsTheLogLastInTheViewMenu()
+{
+    auto *log = host->window().findChild<LogDock *>();
+    QVERIFY(log);
+    QVERIFY(log->isVisible());
+    auto *viewMenu = host->window().findChild<QMenu *>(QStringLiteral("viewMenu"));
+    QCOMPARE(viewMenu->actions().constLast(), log->toggleViewAction());
+    viewMenu->actions().constLast()->trigger();
+    QVERIFY(!log->isVisible());
+}
+
+void HostTest::givesModulesABackendBeforeTheyMakeTheirEntries()
+{
+    const QStringList calls = takeCalls();
+    QVERIFY2(calls.contains(QStringLiteral("BackendVersions: backend 2")), qPrintable(calls.join(QLatin1Char('\n'))));
+    QCOMPARE(calls.count(QStringLiteral("configurationChanged")), 1);
+    QCOMPARE(calls.constLast(), QStringLiteral("configurationChanged"));
+    QTRY_VERIFY(host->backendSession().counts().sent > 0);
+}
+
+void HostTest::disconnectsAndConnectsByMenu()
+{
+    takeCalls();
+    const QString name = label("backendLabel");
+    QVERIFY(!name.isEmpty());
+    QVERIFY(!action("connectAction")->isEnabled());
+    action("disconnectAction")->trigger();
+    QCOMPARE(takeCalls(), QStringList{QStringLiteral("clearData")});
+    QCOMPARE(label("backendLabel"), name + QStringLiteral(" (disconnected)"));
+    QVERIFY(!action("disconnectAction")->isEnabled());
+    QVERIFY(action("connectAction")->isEnabled());
+    const quint64 sent = host->backendSession().counts().sent;
+    action("connectAction")->trigger();
+    QCOMPARE(takeCalls(), QStringList{QStringLiteral("configurationChanged")});
+    QCOMPARE(label("backendLabel"), name);
+    QTRY_VERIFY(host->backendSession().counts().sent > sent);
+}
+
+void HostTest::choosesAScenarioByMenu()
+{
+    takeCalls();
+    const QString before = label("backendLabel");
+    QStringList names = menuTexts("scenarioMenu");
+    names.erase(names.end() - 2, names.end()); // a separator and the choice of a file
+    QCOMPARE(names, scenarioNames());
+    auto *menu = host->window().findChild<QMenu *>(QStringLiteral("scenarioMenu"));
+    QVERIFY(menu->actions().at(0)->isChecked());
+    menu->actions().at(1)->trigger();
+    QCOMPARE(takeCalls(), (QStringList{QStringLiteral("clearData"), QStringLiteral("configurationChanged")}));
+    QVERIFY(label("backendLabel") != before);
+    QVERIFY(!menu->actions().at(0)->isChecked());
+    QVERIFY(menu->actions().at(1)->isChecked());
+}
+
+void HostTest::keepsTheBackendWhenAChoiceFails()
+{
+    takeCalls();
+    const QString before = label("backendLabel");
+    QSignalSpy failures(host->window().backendMenu(), &BackendMenu::failed);
+    QVERIFY(!host->window().backendMenu()->choose({QStringLiteral("/nonexistent/scenario.json"), {}}));
+    QVERIFY(!host->window().backendMenu()->choose({QString(), {QStringLiteral("/nonexistent/track.txt")}}));
+    QCOMPARE(failures.size(), 2);
+    QTRY_VERIFY(logText().contains(QStringLiteral("/nonexistent/scenario.json")));
+    QVERIFY(logText().contains(QStringLiteral("/nonexistent/track.txt")));
+    QCOMPARE(label("backendLabel"), before);
+    QVERIFY(host->backendSession().isConnected());
+    QVERIFY(takeCalls().isEmpty());
+    auto *menu = host->window().findChild<QMenu *>(QStringLiteral("scenarioMenu"));
+    QVERIFY(menu->actions().at(0)->isChecked());
+}
+
+void HostTest::showsLogEntriesAsPlainText()
+{
+    host->log().add(1, QStringLiteral("standard"), QStringLiteral("VORNAK4"),
+                    QStringLiteral("Error: <b>Unable</b> to\nfind &amp;"));
+    QTRY_VERIFY(logText().contains(QStringLiteral("1  VORNAK4  Error: <b>Unable</b> to find &amp;")));
+}
+
+void HostTest::keepsTheLogBounded()
+{
+    LogDock dock;
+    for (int entry = 0; entry < LogDock::maximumLines + 10; ++entry)
+        dock.append({QDateTime::currentDateTime(), 0, {}, {}, QString::number(entry)});
+    auto *view = dock.findChild<QPlainTextEdit *>();
+    QCOMPARE(view->blockCount(), LogDock::maximumLines);
+    QVERIFY(view->toPlainText().endsWith(QString::number(LogDock::maximumLines + 9)));
+}
+
+void HostTest::showsRateAndRefusedLines()
+{
+    QCOMPARE(label("refusedLabel"), QStringLiteral("0 refused"));
+    QVERIFY(label("rateLabel").endsWith(QStringLiteral(" lines/s")));
+    QTRY_VERIFY(label("rateLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
+    action("disconnectAction")->trigger();
+    QTRY_COMPARE(label("rateLabel"), QStringLiteral("0 lines/s"));
+}
+
+void HostTest::keepsTheLayout()
+{
+    host->window().resize(900, 500);
+    host->window().findChild<LogDock *>()->hide();
+    host->window().saveLayout();
+    start({QStringLiteral(TEST_MODULES "/testmodule")});
+    QVERIFY(!host->window().findChild<LogDock *>()->isVisible());
+    QCOMPARE(host->window().size(), QSize(900, 500));
+}
+
+void HostTest::takesDownInOrderAndAccountsForTheLines()
+{
+    QTRY_VERIFY(host->backendSession().counts().sent > 20);
+    takeCalls();
+    const QString summary = host->takeDown();
+    QCOMPARE(
+        takeCalls(),
+        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
+    const quint64 sent = host->backendSession().counts().sent;
+    const quint64 dropped = sent / 10; // as the module does
+    QCOMPARE(summary,
+             QStringLiteral("lines: %1 sent, %2 stored, %3 dropped while the display was drawing, "
+                            "0 refused, 0 ignored")
+                 .arg(sent)
+                 .arg(sent - dropped)
+                 .arg(dropped));
+    QCOMPARE(menuTexts("viewMenu"), QStringList{QStringLiteral("&Log")});
+    QVERIFY(host->takeDown().isEmpty());
+}
+
+void HostTest::endsAnOpenDialogBeforeTheModulesGo()
+{
+    host.reset();
+    takeCalls();
+    HostOptions options;
+    options.choice.scenario = QStringLiteral("default");
+    options.duration = std::chrono::milliseconds(100);
+    host = std::make_unique<Host>(options, makeBackend(options.choice, options.settings).backend,
+                                  QStringList{QStringLiteral(TEST_MODULES "/testmodule")});
+    QStringList callsAtItsEnd;
+    QTimer::singleShot(0, &host->window(), [&] {
+        QDialog dialog(&host->window());
+        dialog.exec();
+        callsAtItsEnd = takeCalls();
+    });
+    QCOMPARE(host->run(), 0);
+    QVERIFY(callsAtItsEnd.contains(QStringLiteral("configurationChanged")));
+    QVERIFY(!callsAtItsEnd.contains(QStringLiteral("aboutToUnload")));
+    QCOMPARE(
+        takeCalls(),
+        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
+}
+
+void HostTest::runsWithoutAnyModule()
+{
+    QTemporaryDir empty;
+    start({empty.path()});
+    QTRY_VERIFY(logText().contains(empty.path()));
+    QVERIFY(host->window().isVisible());
+    QCOMPARE(host->takeDown(), QStringLiteral("lines: 0 sent, 0 refused"));
+}
+
+QTEST_MAIN(HostTest)
+#include "tst_host.moc"

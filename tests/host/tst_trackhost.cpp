@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include <QFile>
+#include <QImage>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSet>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace {
+
+/// What a run of the program left behind.
+struct Run {
+    int exitCode = -1; ///< -1: it crashed or did not end
+    QString out;
+    QString err;
+};
+
+Run trackhost(const QStringList &arguments)
+{
+    QProcess process;
+    process.start(QStringLiteral(TRACKHOST), arguments);
+    Run run;
+    if (process.waitForFinished(90000) && process.exitStatus() == QProcess::NormalExit)
+        run.exitCode = process.exitCode();
+    run.out = QString::fromUtf8(process.readAllStandardOutput());
+    run.err = QString::fromUtf8(process.readAllStandardError());
+    return run;
+}
+
+} // namespace
+
+/// The built program, by its command line.
+class TrackhostTest : public QObject {
+    Q_OBJECT
+
+private slots:
+    void answersWithoutADisplay_data();
+    void answersWithoutADisplay();
+    void endsWithTwoWhenItCannotStart_data();
+    void endsWithTwoWhenItCannotStart();
+    void reportsLinesOfAReplayThatItSkips();
+    void savesAPicture();
+    void endsWithOneWhenThePictureCannotBeSaved();
+    void accountsForTheLinesOfARun();
+    void showsFailuresOfTheBackendWithoutFailing();
+
+private:
+    QString write(const QString &name, const QByteArray &content);
+
+    QTemporaryDir folder;
+    const QStringList modules{QStringLiteral("--modules"), QStringLiteral(TEST_MODULES "/testmodule")};
+};
+
+QString TrackhostTest::write(const QString &name, const QByteArray &content)
+{
+    QFile file(folder.filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("%s could not be written", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
+void TrackhostTest::answersWithoutADisplay_data()
+{
+    QTest::addColumn<QString>("argument");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("help names the options") << QStringLiteral("--help") << QStringLiteral("--screenshot");
+    QTest::newRow("version") << QStringLiteral("--version") << QStringLiteral("trackhost " TRACKHOST_VERSION);
+    QTest::newRow("short help") << QStringLiteral("-h") << QStringLiteral("--replay");
+    QTest::newRow("scenarios") << QStringLiteral("--list-scenarios") << QStringLiteral("default");
+}
+
+void TrackhostTest::answersWithoutADisplay()
+{
+    QFETCH(QString, argument);
+    QFETCH(QString, expected);
+    const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
+    qputenv("QT_QPA_PLATFORM", "no-such-platform");
+    const Run run = trackhost({argument});
+    qputenv("QT_QPA_PLATFORM", platform);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.contains(expected), qPrintable(run.out));
+    QCOMPARE(run.err, QString());
+}
+
+void TrackhostTest::endsWithTwoWhenItCannotStart_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("complaint");
+    const QString broken = write(QStringLiteral("broken.json"), "{\n \"bodies\": [\n}\n");
+    const QString wrong = write(QStringLiteral("wrong.json"), "{\"rate\": \"fast\"}");
+    const QString empty = write(QStringLiteral("empty.txt"), "# nothing\n");
+    const QString simulate = QStringLiteral("--simulate");
+    const QString replay = QStringLiteral("--replay");
+    QTest::newRow("unknown option") << QStringList{QStringLiteral("--fast")} << QStringLiteral("fast");
+    QTest::newRow("unknown scenario") << QStringList{simulate, QStringLiteral("no-such-scenario")}
+                                      << QStringLiteral("no-such-scenario");
+    QTest::newRow("scenario that is no JSON names the file") << QStringList{simulate, broken} << broken;
+    QTest::newRow("scenario with a wrong value names the key")
+        << QStringList{simulate, wrong} << QStringLiteral("rate");
+    QTest::newRow("missing file to replay")
+        << QStringList{replay, QStringLiteral("/nonexistent/a.txt")} << QStringLiteral("/nonexistent/a.txt");
+    QTest::newRow("folder to replay") << QStringList{replay, folder.path()} << folder.path();
+    QTest::newRow("file to replay without a line") << QStringList{replay, empty} << empty;
+}
+
+void TrackhostTest::endsWithTwoWhenItCannotStart()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, complaint);
+    const Run run = trackhost(arguments);
+    QCOMPARE(run.exitCode, 2);
+    QVERIFY2(run.err.contains(complaint), qPrintable(run.err));
+    QCOMPARE(run.out, QString());
+}
+
+void TrackhostTest::reportsLinesOfAReplayThatItSkips()
+{
+    const QString file = write(QStringLiteral("track.txt"),
+                               "# a track\n"
+                               "0.00 1 2 3 0 0 0 1\n"
+                               "0.01 1 2 x 0 0 0 1\n"
+                               "0.02 1 2 3 0 0 0 1\n");
+    const Run run = trackhost(
+        QStringList{QStringLiteral("--replay"), file, QStringLiteral("--duration"), QStringLiteral("50")} + modules);
+    QCOMPARE(run.exitCode, 0);
+    const QStringList lines = run.err.split(QLatin1Char('\n')).filter(file);
+    QVERIFY2(lines.size() == 1, qPrintable(run.err));
+    QVERIFY2(lines.constFirst().contains(QStringLiteral("line 3")), qPrintable(run.err));
+}
+
+void TrackhostTest::savesAPicture()
+{
+    const QString file = folder.filePath(QStringLiteral("picture.png"));
+    const Run run = trackhost(
+        QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("300")} + modules);
+    QCOMPARE(run.exitCode, 0);
+    const QImage picture(file);
+    QCOMPARE(picture.size(), QSize(1280, 560));
+    QSet<QRgb> colors;
+    for (int y = 0; y < picture.height(); ++y) {
+        for (int x = 0; x < picture.width(); ++x)
+            colors.insert(picture.pixel(x, y));
+    }
+    QVERIFY2(colors.size() > 10, "a window with texts has more than a few colours");
+    QVERIFY(run.out.startsWith(QStringLiteral("lines: ")));
+}
+
+void TrackhostTest::endsWithOneWhenThePictureCannotBeSaved()
+{
+    const QString file = QStringLiteral("/nonexistent/folder/picture.png");
+    const Run run = trackhost(
+        QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("0")} + modules);
+    QCOMPARE(run.exitCode, 1);
+    QVERIFY2(run.err.contains(file), qPrintable(run.err));
+}
+
+void TrackhostTest::accountsForTheLinesOfARun()
+{
+    const Run run = trackhost(QStringList{QStringLiteral("--duration"), QStringLiteral("1000"),
+                                          QStringLiteral("--rate"), QStringLiteral("100")}
+                              + modules);
+    QCOMPARE(run.exitCode, 0);
+    static const QRegularExpression summary(
+        QStringLiteral("\\Alines: (\\d+) sent, (\\d+) stored, (\\d+) dropped while the display was drawing, "
+                       "0 refused, (\\d+) ignored\n\\z"));
+    const QRegularExpressionMatch match = summary.match(run.out);
+    QVERIFY2(match.hasMatch(), qPrintable(run.out));
+    const int sent = match.captured(1).toInt();
+    QVERIFY(sent > 20);
+    QCOMPARE(sent, match.captured(2).toInt() + match.captured(3).toInt() + match.captured(4).toInt());
+}
+
+void TrackhostTest::showsFailuresOfTheBackendWithoutFailing()
+{
+    const Run run = trackhost(QStringList{QStringLiteral("--fail"), QStringLiteral("*"), QStringLiteral("--latency"),
+                                          QStringLiteral("1"), QStringLiteral("--duration"), QStringLiteral("100")}
+                              + modules);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.startsWith(QStringLiteral("lines: ")), qPrintable(run.out));
+}
+
+QTEST_GUILESS_MAIN(TrackhostTest)
+#include "tst_trackhost.moc"
