@@ -6,9 +6,11 @@
 #include <QTableWidget>
 
 class IOManager;
+class QAction;
+class QMenu;
 struct BackendVersions;
 
-/// The table of bodies. It knows the cell that was pressed last and what the body of a row may be asked for.
+/// The table of bodies. A right click in its filter column offers the settings of that body's 6DOF filter.
 class ZelTableWidget : public QTableWidget {
     Q_OBJECT
 
@@ -28,11 +30,20 @@ signals:
     void updateFilterActiveStatus(int);
 
 public slots:
+    void displayFilterDlg();
     void onCellPressed(int row, int column);
 
+protected:
+    void mousePressEvent(QMouseEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+
 private:
+    bool hasFilterMenu() const;
+
     BackendVersions *versions = nullptr;
     IOManager *ioManager = nullptr;
+    QMenu *contextMenu = nullptr; ///< ours, as a child
+    QAction *filterAction = nullptr; ///< ours, as a child
     qint32 pressedRow = 0;
     qint32 pressedColumn = 0;
     qint32 tabIndex = 0;

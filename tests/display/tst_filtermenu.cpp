@@ -1,0 +1,372 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "display/batterybar.h"
+#include "display/zeltablewidget.h"
+#include "filter/filterdialog.h"
+#include "tests/display/panelbench.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QWindow>
+
+#include <functional>
+
+/// The filter menu of the body table, by real clicks.
+class TestFilterMenu : public QObject {
+    Q_OBJECT
+
+private slots:
+    void hasItsMethodsInOrder();
+    void opensForCalibratedBodiesInTheFilterColumn_data();
+    void opensForCalibratedBodiesInTheFilterColumn();
+    void staysClosedOnACellThatIsNotEnabled();
+    void staysClosedWithoutRows();
+    void staysClosedWithoutARowList();
+    void treatsARowBehindTheListAsNotCalibrated();
+    void looksForColumn22InATableOfHandHelds();
+    void opensTheDialogForTheBodyOfTheRow_data();
+    void opensTheDialogForTheBodyOfTheRow();
+    void asksNothingOfAnOldBackend();
+    void refreshesTheCellOfTheRow();
+    void survivesWhatTheHostDoesMeanwhile_data();
+    void survivesWhatTheHostDoesMeanwhile();
+
+private:
+    static void click(Qt::MouseButton button, const QTableWidget &table, int row, int column);
+    static void whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act);
+    static bool menuOpensAt(const QTableWidget &table, int row, int column);
+};
+
+namespace {
+
+QWidget *openMenu()
+{
+    return QApplication::activePopupWidget();
+}
+
+QWidget *openDialog()
+{
+    return qobject_cast<FilterDialog *>(QApplication::activeModalWidget());
+}
+
+} // namespace
+
+/// Through the window system, so that a right click makes its context menu event.
+void TestFilterMenu::click(Qt::MouseButton button, const QTableWidget &table, int row, int column)
+{
+    const QPoint place = table.visualItemRect(table.item(row, column)).center();
+    QWidget *window = table.window();
+    QTest::mouseClick(window->windowHandle(), button, Qt::NoModifier, table.viewport()->mapTo(window, place));
+}
+
+/// Lets \a act do something to what \a find finds, once it is open, from inside the event loop that it runs.
+void TestFilterMenu::whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act)
+{
+    auto *poll = new QTimer(qApp);
+    QObject::connect(poll, &QTimer::timeout, poll, [=] {
+        QWidget *widget = find();
+        if (!widget)
+            return;
+        poll->stop();
+        poll->deleteLater();
+        act(widget);
+    });
+    poll->start(1);
+}
+
+bool TestFilterMenu::menuOpensAt(const QTableWidget &table, int row, int column)
+{
+    bool opened = false;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &poll, [&] {
+        if (QWidget *menu = openMenu()) {
+            opened = true;
+            menu->close();
+        }
+    });
+    poll.start(0);
+    click(Qt::RightButton, table, row, column);
+    QCoreApplication::processEvents();
+    return opened;
+}
+
+void TestFilterMenu::hasItsMethodsInOrder()
+{
+    const QMetaObject &meta = ZelTableWidget::staticMetaObject;
+    QByteArrayList methods;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i)
+        methods.append(meta.method(i).methodSignature());
+    QCOMPARE(methods,
+             QByteArrayList({"updateFilterActiveStatus(int)", "displayFilterDlg()", "onCellPressed(int,int)"}));
+}
+
+void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn_data()
+{
+    QTest::addColumn<int>("minor");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("opens");
+    QTest::newRow("filter cell of a calibrated body") << 24 << 0 << int(FilterColumn) << true;
+    QTest::newRow("filter cell of a body that is not calibrated") << 24 << 1 << int(FilterColumn) << false;
+    QTest::newRow("filter cell of the last calibrated body") << 24 << 2 << int(FilterColumn) << true;
+    QTest::newRow("ID cell") << 24 << 0 << int(BodyIdColumn) << false;
+    QTest::newRow("name cell") << 24 << 0 << int(NameColumn) << false;
+    QTest::newRow("coordinate cell") << 24 << 0 << int(XColumn) << false;
+    QTest::newRow("the first backend that has the filter") << 12 << 0 << int(FilterColumn) << true;
+    QTest::newRow("a backend before the filter") << 11 << 0 << int(FilterColumn) << false;
+}
+
+void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn()
+{
+    QFETCH(int, minor);
+    QFETCH(int, row);
+    QFETCH(int, column);
+    PanelBench bench(1, minor);
+    bench.answerBodies(3);
+    bench.answer("body calibrated standard b02", "no");
+    bench.createConfiguredPanel();
+    bench.table6d().showColumn(FilterColumn); // which an old backend hides
+    bench.panel->resize(900, 300);
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    QTEST(menuOpensAt(bench.table6d(), row, column), "opens");
+}
+
+void TestFilterMenu::staysClosedOnACellThatIsNotEnabled()
+{
+    PanelBench bench;
+    bench.answerBodies(2);
+    bench.answerSensors({1, 2});
+    bench.createConfiguredPanel();
+    bench.panel->resize(1100, 300);
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    QVERIFY(menuOpensAt(bench.table6d(), 0, FilterColumn));
+    QVERIFY(!menuOpensAt(bench.table6d(), 1, BatteryColumn));
+    // Nor where the bar itself is under the mouse.
+    auto *bar = qobject_cast<BatteryBar *>(bench.table6d().cellWidget(1, BatteryColumn));
+    QVERIFY(bar);
+    bar->setShown(true);
+    bar->setValue(50);
+    QVERIFY(menuOpensAt(bench.table6d(), 0, FilterColumn));
+    QVERIFY(!menuOpensAt(bench.table6d(), 1, BatteryColumn));
+}
+
+void TestFilterMenu::staysClosedWithoutRows()
+{
+    BackendVersions versions;
+    versions.backendMajor = 2;
+    ScriptedHost host;
+    QList<bool> enabled{true};
+    ZelTableWidget table;
+    table.setColumnCount(Column6dCount);
+    table.setVersions(&versions);
+    table.setIOManager(&host);
+    table.setRowEnabled(&enabled);
+    table.onCellPressed(0, FilterColumn);
+    table.resize(600, 200);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+    bool opened = false;
+    QTimer::singleShot(0, &table, [&] {
+        opened = openMenu() != nullptr;
+        if (opened)
+            openMenu()->close();
+    });
+    QTest::mouseClick(table.windowHandle(), Qt::RightButton, Qt::NoModifier, QPoint(100, 100));
+    QCoreApplication::processEvents();
+    QVERIFY(!opened);
+}
+
+void TestFilterMenu::staysClosedWithoutARowList()
+{
+    PanelBench bench;
+    bench.answerBodies(1);
+    bench.createConfiguredPanel();
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    QVERIFY(menuOpensAt(table, 0, FilterColumn));
+    table.setRowEnabled(nullptr);
+    QVERIFY(!menuOpensAt(table, 0, FilterColumn));
+}
+
+void TestFilterMenu::treatsARowBehindTheListAsNotCalibrated()
+{
+    PanelBench bench;
+    bench.answerBodies(3);
+    bench.createConfiguredPanel();
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    QList<bool> enabled{true};
+    table.setRowEnabled(&enabled);
+    QVERIFY(menuOpensAt(table, 0, FilterColumn));
+    QVERIFY(!menuOpensAt(table, 1, FilterColumn)); // equal to the list's length
+    QVERIFY(!menuOpensAt(table, 2, FilterColumn));
+}
+
+void TestFilterMenu::looksForColumn22InATableOfHandHelds()
+{
+    BackendVersions versions;
+    versions.backendMajor = 2;
+    ScriptedHost host;
+    QList<bool> enabled{true};
+    ZelTableWidget table;
+    table.setColumnCount(24);
+    table.setRowCount(1);
+    table.horizontalHeader()->setMinimumSectionSize(10);
+    for (int column = 0; column < 24; ++column) {
+        table.setItem(0, column, new QTableWidgetItem);
+        table.setColumnWidth(column, 24);
+    }
+    table.setVersions(&versions);
+    table.setIOManager(&host);
+    table.setRowEnabled(&enabled);
+    table.resize(800, 200);
+    table.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&table));
+    table.setTabIndex(1);
+    QVERIFY(menuOpensAt(table, 0, 22));
+    QVERIFY(!menuOpensAt(table, 0, 2));
+    table.setTabIndex(7); // no column test
+    QVERIFY(menuOpensAt(table, 0, 5));
+}
+
+void TestFilterMenu::opensTheDialogForTheBodyOfTheRow_data()
+{
+    QTest::addColumn<bool>("head");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("without head row, the first row is body 1") << false << 0 << QByteArray("standard b01");
+    QTest::newRow("without head row, the third row is body 3") << false << 2 << QByteArray("standard b03");
+    QTest::newRow("with head row, row 3 is body 3") << true << 3 << QByteArray("standard b03");
+    QTest::newRow("the head row itself opens body 1") << true << 0 << QByteArray("standard b01");
+}
+
+void TestFilterMenu::opensTheDialogForTheBodyOfTheRow()
+{
+    QFETCH(bool, head);
+    QFETCH(int, row);
+    QFETCH(QByteArray, body);
+    PanelBench bench;
+    bench.answerBodies(3);
+    bench.answer("filter6d available standard", "yes");
+    if (head)
+        bench.answerHead();
+    bench.createConfiguredPanel();
+    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
+    table.onCellPressed(row, FilterColumn);
+    whenOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
+    table.displayFilterDlg();
+    QVERIFY(
+        bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset ") + QString::fromUtf8(body)));
+    QCOMPARE(refreshed.size(), 1);
+    QCOMPARE(refreshed.first().first().toInt(), row); // the row, not the body
+}
+
+void TestFilterMenu::asksNothingOfAnOldBackend()
+{
+    PanelBench bench(1, 11);
+    bench.answerBodies(1);
+    bench.createConfiguredPanel();
+    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
+    table.displayFilterDlg();
+    QCOMPARE(bench.takeCalls(), QStringList());
+    QCOMPARE(refreshed.size(), 0);
+}
+
+void TestFilterMenu::refreshesTheCellOfTheRow()
+{
+    PanelBench bench;
+    bench.answerBodies(2);
+    bench.answer("filter6d available standard", "yes");
+    bench.createConfiguredPanel();
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    QCOMPARE(bench.text(1, FilterColumn), QString());
+    whenOpen(openMenu,
+             [](QWidget *menu) { QTest::keyClick(menu, Qt::Key_Down), QTest::keyClick(menu, Qt::Key_Return); });
+    whenOpen(openDialog, [&bench](QWidget *dialog) {
+        bench.answer("body filter6d_enabled standard b02", "yes");
+        dialog->close();
+    });
+    click(Qt::RightButton, bench.table6d(), 1, FilterColumn);
+    QTRY_COMPARE(bench.text(1, FilterColumn), QStringLiteral("active"));
+    QCOMPARE(bench.text(0, FilterColumn), QString());
+}
+
+void TestFilterMenu::survivesWhatTheHostDoesMeanwhile_data()
+{
+    QTest::addColumn<QString>("open");
+    QTest::addColumn<QString>("deed");
+    for (const char *open : {"menu", "dialog"}) {
+        for (const char *deed : {"reconfigure", "fewer bodies", "clear", "release"})
+            QTest::addRow("%s open: %s", open, deed) << QString::fromLatin1(open) << QString::fromLatin1(deed);
+    }
+}
+
+void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
+{
+    QFETCH(QString, open);
+    QFETCH(QString, deed);
+    PanelBench bench;
+    bench.answerBodies(3);
+    bench.answer("filter6d available standard", "yes");
+    bench.createConfiguredPanel();
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    const auto hostActs = [&](const QPointer<QWidget> &opened) {
+        if (deed == QLatin1String("reconfigure")) {
+            bench.panel->configurationChanged();
+        } else if (deed == QLatin1String("fewer bodies")) {
+            bench.answer("standard number_of_bodies", "1");
+            bench.panel->configurationChanged();
+        } else if (deed == QLatin1String("clear")) {
+            bench.panel->clearData();
+        } else {
+            bench.panel->prepareShutdown();
+            bench.panel.reset();
+        }
+        if (opened)
+            opened->close();
+    };
+    bool acted = false;
+    whenOpen(openMenu, [&](QWidget *menu) {
+        if (open == QLatin1String("menu")) {
+            acted = true;
+            hostActs(menu);
+            return;
+        }
+        QTest::keyClick(menu, Qt::Key_Down);
+        QTest::keyClick(menu, Qt::Key_Return);
+    });
+    if (open == QLatin1String("dialog")) {
+        whenOpen(openDialog, [&](QWidget *dialog) {
+            acted = true;
+            hostActs(dialog);
+        });
+    }
+    click(Qt::RightButton, bench.table6d(), 2, FilterColumn);
+    QTRY_VERIFY(acted);
+    QCoreApplication::processEvents();
+    if (deed == QLatin1String("release")) {
+        QVERIFY(!bench.panel);
+        return;
+    }
+    bench.answerBodies(3);
+    bench.reconfigure();
+    QCOMPARE(bench.table6d().rowCount(), 3);
+    QVERIFY(menuOpensAt(bench.table6d(), 2, FilterColumn));
+}
+
+QTEST_MAIN(TestFilterMenu)
+#include "tst_filtermenu.moc"
