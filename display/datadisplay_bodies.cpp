@@ -278,7 +278,7 @@ void DataDisplay::readTrackingReference()
     if (parts.size() < 2 || parts[0] != QLatin1String("standard"))
         return;
     bool isNumber = false;
-    const int number = parts[1].mid(1).toInt(&isNumber);
+    const int number = parts[1].midRef(1).toInt(&isNumber);
     if (!isNumber)
         return;
     referenceRow = hasHeadRow ? number : qMax(number, 0) - 1;

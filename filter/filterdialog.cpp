@@ -93,7 +93,7 @@ QString FilterDialog::unavailableText(int tabIndex)
 
 FilterCapabilities FilterDialog::capabilities() const
 {
-    return FilterCapabilities(*ioManager, *versions);
+    return {*ioManager, *versions};
 }
 
 void FilterDialog::keyPressEvent(QKeyEvent *event)
