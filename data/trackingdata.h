@@ -32,7 +32,7 @@ class TrackingData {
 public:
     /// Reads one output line of type \a tag into its store, on the data thread. \a line is the caller's own copy,
     /// zero-terminated; it is written to and restored. Never waits. Throws when a store can't grow to the count of
-    /// the line, and then leaves the stores as they were and the lock free.
+    /// the line; the lock is free then, the bodies are as they were, and markers made by then stay.
     LineFate receive(const char *tag, char *line);
 
     /// Empties both stores. GUI thread; waits for the lock.

@@ -9,6 +9,7 @@
 
 #include <QByteArray>
 #include <QDir>
+#include <QScopeGuard>
 
 namespace {
 
@@ -27,6 +28,7 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     tableWidget6d->setTabIndex(0);
     tableWidget6d->setRowEnabled(&calibratedBodies);
     ioManager->registerRequester(this);
+    auto unregister = qScopeGuard([this] { ioManager->unregisterRequester(this); }); // where memory runs out below
 
     setupTable6d();
     setupTable3d();
@@ -46,6 +48,7 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     fixedAnglePresent = detectFixedAngles();
     chooseOutputFormat();
     activateOutput("3d");
+    unregister.dismiss();
 }
 
 const char *DataDisplay::tag6d() const
@@ -62,11 +65,18 @@ try {
     QByteArray copy(line);
     const LineFate fate = data.receive(tag, copy.data());
     if (fate == LineFate::StoredFirstBodies)
-        emit shallUpdateView6d();
+        announceBodies();
     return fate == LineFate::Malformed ? -1 : 0;
 } catch (...) {
     ++data.lineCounts.dropped;
     return 0; // the host's data thread has no handler for us; what is stored stays usable
+}
+
+void DataDisplay::announceBodies() noexcept
+try {
+    emit shallUpdateView6d();
+} catch (...) {
+    return; // out of memory: the bodies are stored, and the next tick of the timer shows them
 }
 
 void DataDisplay::clearData() noexcept

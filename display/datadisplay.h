@@ -2,7 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "data/angles.h"
 #include "data/trackingdata.h"
+#include "display/cellrange.h"
 #include "module/interface/requester.h"
 #include "ui_datadisplay.h"
 
@@ -10,6 +12,9 @@
 #include <QString>
 #include <QTimer>
 #include <QWidget>
+
+#include <array>
+#include <vector>
 
 class IOManager;
 class QDomElement;
@@ -59,11 +64,23 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
+    /// A rotation and its angles.
+    struct KnownAngles {
+        std::array<float, 9> rotation{};
+        std::array<float, 3> angles = anglesOfRotation(rotation);
+    };
+
     const char *tag6d() const;
+    void announceBodies() noexcept;
 
     void setupTable6d();
     void setupTable3d();
-    void showBody(int row);
+    CellRange redraw6d();
+    CellRange redraw3d(const QString &idFormat);
+    void indexRecords();
+    void showBody(int row, CellRange &changed);
+    const std::array<float, 3> &anglesOfRow(int row, const std::array<float, 9> &rotation);
+    void showCoordinate(int row, int column, float number, CellRange &changed);
 
     void rebuildConfiguration();
     bool detectHeadRow();
@@ -98,6 +115,8 @@ private:
     TrackingData data; ///< both threads, by its own rules
     QTimer viewTimer;
     QTimer sensorTimer;
+    std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
+    std::vector<KnownAngles> knownAngles; ///< one per table row: bodies stand still more often than they turn
     qint32 numBodies = 0;
     bool hasHeadRow = false; ///< row 0 of the 6DOF table is the head target of a multi-user hand-held device
     bool inertialAvailable = false;
@@ -109,6 +128,7 @@ private:
     QString preferencesDir;
     qint32 sensorScheduleIndex = 0;
     QList<int> sensorIntervals; ///< [ms], one per polling pass, the last for all further ones
-    qint32 referenceRow = -2; ///< table row of the tracking reference; -2: none
+    static constexpr qint32 noReference = -2;
+    qint32 referenceRow = noReference; ///< table row of the tracking reference
     QString referenceName; ///< kept from one configuration to the next; referenceRow says whether it counts
 };

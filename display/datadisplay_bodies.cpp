@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
+#include "display/cellitems.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
 #include "display/sensorschedule.h"
@@ -15,18 +16,11 @@
 
 namespace {
 
-constexpr int noReference = -2;
-
 QTableWidgetItem *newItem(const QString &text, int alignment)
 {
     auto *item = new QTableWidgetItem(text);
     item->setTextAlignment(alignment);
     return item;
-}
-
-QString withoutQuotes(const QByteArray &answer)
-{
-    return QString::fromUtf8(answer).remove(QLatin1Char('"'));
 }
 
 QList<bool> noneOf(qint32 numBodies)
@@ -185,16 +179,19 @@ void DataDisplay::buildRows()
     for (int row = 0; row < tableWidget6d->rowCount(); ++row) {
         // With a head row the number is one more than the backend's: operators count the rows.
         const QString id = hasHeadRow && row == 0 ? QStringLiteral("MUH") : QString::number(row + 1);
-        QTableWidgetItem *idItem = newItem(id, Qt::AlignCenter);
+        auto *idItem = new ColouredItem(id);
         if (!calibratedBodies.value(row)) {
             idItem->setBackground(QBrush(Qt::transparent));
             idItem->setWhatsThis(tr(" This body is not yet calibrated."));
         }
         tableWidget6d->setItem(row, BodyIdColumn, idItem);
-        tableWidget6d->setItem(row, NameColumn, newItem(bodyDescription(row), Qt::AlignCenter));
+        tableWidget6d->setItem(row, NameColumn, new ColouredItem(bodyDescription(row)));
         tableWidget6d->setItem(row, FilterColumn, newItem(filterActiveText(row), Qt::AlignCenter));
-        for (int column = XColumn; column <= RzColumn; ++column)
-            tableWidget6d->setItem(row, column, newItem(QStringLiteral("-"), Qt::AlignRight | Qt::AlignVCenter));
+        for (int column = XColumn; column <= RzColumn; ++column) {
+            auto *coordinateItem = new CoordinateItem;
+            coordinateItem->setText(QStringLiteral("-"));
+            tableWidget6d->setItem(row, column, coordinateItem);
+        }
     }
 }
 
@@ -281,7 +278,7 @@ void DataDisplay::readTrackingReference()
     const int number = parts[1].midRef(1).toInt(&isNumber);
     if (!isNumber)
         return;
-    referenceRow = hasHeadRow ? number : qMax(number, 0) - 1;
+    referenceRow = hasHeadRow ? number : qMax(number, 0) - 1; // no body below 1, and no overflow
     referenceName = bodyDescription(referenceRow).trimmed();
     if (referenceName.isEmpty())
         referenceName = QStringLiteral("reference");

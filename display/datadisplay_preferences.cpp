@@ -139,7 +139,8 @@ void DataDisplay::savePreferences()
         QTextStream stream(&file);
         document.save(stream, indentation, QDomNode::EncodingFromTextStream);
         stream.flush();
-        written = file.commit();
+        // Asked of both: the file forgets a write that failed in the flush, and would be renamed as it is.
+        written = stream.status() == QTextStream::Ok && file.commit();
     }
     if (!written)
         logToHost(*ioManager,

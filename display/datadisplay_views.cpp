@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "data/angles.h"
+#include "display/celldelegate.h"
+#include "display/cellitems.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
+#include "display/samebits.h"
 #include "module/channel/version.h"
 
 #include <QHeaderView>
+#include <QSignalBlocker>
 
 #include <algorithm>
 #include <mutex>
@@ -16,32 +19,16 @@ constexpr int headerHeight = 28;
 constexpr int rowHeight = 20;
 constexpr int columnMargin = 20;
 
-QString coordinateText(float value)
-{
-    return QString::number(static_cast<double>(value), 'f', 2);
-}
-
-QTableWidgetItem *newCoordinateItem(float value)
-{
-    auto *item = new QTableWidgetItem(coordinateText(value));
-    item->setTextAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    return item;
-}
-
-void setColours(QTableWidgetItem *item, Qt::GlobalColor text, Qt::GlobalColor background)
-{
-    item->setForeground(QBrush(text));
-    item->setBackground(QBrush(background));
-}
-
-void showState(QTableWidgetItem *item, qint32 state)
+/// Tells whether the item changed.
+bool showState(QTableWidgetItem &item, qint32 state)
 {
     if (state >= 2)
-        setColours(item, Qt::black, Qt::green);
-    else if (state == 1)
-        setColours(item, Qt::black, Qt::yellow);
-    else if (state == 0)
-        setColours(item, Qt::black, Qt::red);
+        return setColours(item, Qt::black, Qt::green);
+    if (state == 1)
+        return setColours(item, Qt::black, Qt::yellow);
+    if (state == 0)
+        return setColours(item, Qt::black, Qt::red);
+    return false;
 }
 
 void widenColumns(QTableWidget *table, int firstColumn)
@@ -73,6 +60,7 @@ void DataDisplay::setupTable6d()
     setSensorColumnsHidden(true);
     if (!versionAtLeast(*versions, 1, 12))
         tableWidget6d->hideColumn(FilterColumn);
+    tableWidget6d->setItemDelegate(new CellDelegate(tableWidget6d));
 }
 
 void DataDisplay::setupTable3d()
@@ -100,60 +88,118 @@ void DataDisplay::setupTable3d()
                                    + tableWidget3d->columnWidth(MarkerXColumn)
                                    + 2 * tableWidget3d->columnWidth(MarkerYColumn) + columnMargin);
     tableWidget3d->setRowCount(0);
+    tableWidget3d->setItemDelegate(new CellDelegate(tableWidget3d));
 }
 
 void DataDisplay::updateView6d()
 {
+    const CellRange changed = redraw6d();
+    if (!changed.isEmpty())
+        changed.tell(*tableWidget6d->model());
+}
+
+CellRange DataDisplay::redraw6d()
+{
+    const QSignalBlocker quiet(tableWidget6d->model()); // outlives the lock: nobody else's code runs under it
     const std::lock_guard lock(data.dataMutex); // over the whole redraw, so that every row shows the same frame
-    for (int row = 0; row < tableWidget6d->rowCount(); ++row) {
+    indexRecords();
+    CellRange changed;
+    const int rows = tableWidget6d->rowCount();
+    for (int row = 0; row < rows; ++row) {
         const bool calibrated = calibratedBodies.value(row);
         if (hasHeadRow && row == 0 && !calibrated)
             continue;
         if (calibrated && activeBodies.value(row))
-            showBody(row);
-        else
-            tableWidget6d->item(row, BodyIdColumn)->setBackground(QBrush(Qt::transparent));
+            showBody(row, changed);
+        else if (setBackground(*tableWidget6d->item(row, BodyIdColumn), Qt::transparent))
+            changed.add(row, BodyIdColumn);
+    }
+    return changed;
+}
+
+void DataDisplay::indexRecords()
+{
+    const auto rows = static_cast<std::size_t>(tableWidget6d->rowCount());
+    recordOfRow.assign(rows, nullptr);
+    knownAngles.resize(rows);
+    // Backwards, so that of several records with one id the first is the one that stays.
+    for (auto record = data.bodyRecords.rbegin(); record != data.bodyRecords.rend(); ++record) {
+        const auto row = static_cast<std::size_t>(record->id); // a negative id is beyond all rows
+        if (row < rows)
+            recordOfRow[row] = &*record;
     }
 }
 
-void DataDisplay::showBody(int row)
+void DataDisplay::showBody(int row, CellRange &changed)
 {
-    const auto record = std::find_if(data.bodyRecords.begin(), data.bodyRecords.end(),
-                                     [row](const BodyRecord &body) { return body.id == row; });
-    QTableWidgetItem *idItem = tableWidget6d->item(row, BodyIdColumn);
-    if (record == data.bodyRecords.end() || record->quality < 0.0F) {
-        setColours(idItem, Qt::black, Qt::red); // and the last pose stays in the cells
+    BodyRecord *const record = recordOfRow[static_cast<std::size_t>(row)];
+    QTableWidgetItem &idItem = *tableWidget6d->item(row, BodyIdColumn);
+    bool idChanged = false;
+    if (!record || record->quality < 0.0F) {
+        idChanged = setColours(idItem, Qt::black, Qt::red); // and the last pose stays in the cells
     } else {
-        showState(idItem, record->state);
-        record->angles = anglesOfRotation(record->rotation);
+        idChanged = showState(idItem, record->state);
+        record->angles = anglesOfRow(row, record->rotation);
         for (int i = 0; i < 3; ++i) {
             const auto axis = static_cast<std::size_t>(i);
-            tableWidget6d->item(row, XColumn + i)->setText(coordinateText(record->position[axis]));
-            tableWidget6d->item(row, RxColumn + i)->setText(coordinateText(record->angles[axis]));
+            showCoordinate(row, XColumn + i, record->position[axis], changed);
+            showCoordinate(row, RxColumn + i, record->angles[axis], changed);
         }
     }
-    QTableWidgetItem *nameItem = tableWidget6d->item(row, NameColumn);
+    if (idChanged)
+        changed.add(row, BodyIdColumn);
+
+    QTableWidgetItem &nameItem = *tableWidget6d->item(row, NameColumn);
+    bool nameChanged = false;
     if (row == referenceRow) {
-        setColours(nameItem, Qt::white, Qt::blue);
-        nameItem->setText(referenceName);
+        nameChanged = setColours(nameItem, Qt::white, Qt::blue);
+        if (nameItem.text() != referenceName) {
+            nameItem.setText(referenceName);
+            nameChanged = true;
+        }
     } else {
-        nameItem->setBackground(QBrush(Qt::transparent));
+        nameChanged = setBackground(nameItem, Qt::transparent);
     }
+    if (nameChanged)
+        changed.add(row, NameColumn);
+}
+
+const std::array<float, 3> &DataDisplay::anglesOfRow(int row, const std::array<float, 9> &rotation)
+{
+    KnownAngles &known = knownAngles[static_cast<std::size_t>(row)];
+    if (!std::equal(rotation.begin(), rotation.end(), known.rotation.begin(), sameBits))
+        known = {rotation, anglesOfRotation(rotation)};
+    return known.angles;
+}
+
+void DataDisplay::showCoordinate(int row, int column, float number, CellRange &changed)
+{
+    if (setNumber(*tableWidget6d->item(row, column), number))
+        changed.add(row, column);
 }
 
 void DataDisplay::updateView3d()
 {
+    const CellRange changed = redraw3d(tr("%1"));
+    if (!changed.isEmpty())
+        changed.tell(*tableWidget3d->model());
+}
+
+CellRange DataDisplay::redraw3d(const QString &idFormat)
+{
     const std::lock_guard lock(data.dataMutex);
-    tableWidget3d->setRowCount(static_cast<int>(data.markerRecords.size()));
+    const int rows = static_cast<int>(data.markerRecords.size());
+    tableWidget3d->setRowCount(rows);
     tableWidget3d->clearContents();
-    int row = 0;
-    for (const std::unique_ptr<MarkerRecord> &record : data.markerRecords) {
-        auto *idItem = new QTableWidgetItem(tr("%1").arg(record->id, 0, 10, QLatin1Char(' ')));
-        idItem->setTextAlignment(Qt::AlignHCenter | Qt::AlignVCenter);
-        tableWidget3d->setItem(row, MarkerIdColumn, idItem);
-        tableWidget3d->setItem(row, MarkerXColumn, newCoordinateItem(record->position[0]));
-        tableWidget3d->setItem(row, MarkerYColumn, newCoordinateItem(record->position[1]));
-        tableWidget3d->setItem(row, MarkerZColumn, newCoordinateItem(record->position[2]));
-        ++row;
+    const QSignalBlocker quiet(tableWidget3d->model());
+    CellRange changed;
+    for (int row = 0; row < rows; ++row) {
+        const MarkerRecord &record = *data.markerRecords[static_cast<std::size_t>(row)];
+        tableWidget3d->setItem(row, MarkerIdColumn, new MarkerIdItem(idFormat, record.id));
+        tableWidget3d->setItem(row, MarkerXColumn, new CoordinateItem(record.position[0]));
+        tableWidget3d->setItem(row, MarkerYColumn, new CoordinateItem(record.position[1]));
+        tableWidget3d->setItem(row, MarkerZColumn, new CoordinateItem(record.position[2]));
+        changed.addRow(row, Column3dCount);
     }
+    return changed;
 }

@@ -11,7 +11,6 @@ class LevelBar : public QProgressBar {
 public:
     /// Shows or hides the bar. A hidden bar stays so when its view lays out, which shows every cell widget.
     void setShown(bool wanted);
-    bool isShown() const { return shown; }
 
     void setVisible(bool visible) override;
 

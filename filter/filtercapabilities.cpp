@@ -17,11 +17,6 @@ namespace {
 constexpr int standardTab = 0;
 constexpr int wandorTab = 1;
 
-QString withoutQuotes(const QByteArray &answer)
-{
-    return QString::fromUtf8(answer).remove(QLatin1Char('"'));
-}
-
 /// \a text with the two digits of \a number for "%1"; more digits above 99.
 QString numbered(const QString &text, qint32 number)
 {

@@ -8,6 +8,16 @@
 
 #include <utility>
 
+namespace {
+
+QString versionText(const BackendVersion &version)
+{
+    const QString text = QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
+    return version.patch < 0 ? text : QStringLiteral("%1.%2").arg(text).arg(version.patch);
+}
+
+} // namespace
+
 BackendSession::BackendSession(HostIOManager &manager, BackendVersions &record, HostLog &hostLog)
     : ioManager(manager)
     , versions(record)
@@ -79,10 +89,6 @@ void BackendSession::openChannel()
     versions.backendPatch = version.patch;
     ioManager.setBackend(backend);
     connected = true;
-    log.inform(tr("Connected to %1, version %2.%3.%4.")
-                   .arg(backend->name())
-                   .arg(version.major)
-                   .arg(version.minor)
-                   .arg(version.patch));
+    log.inform(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
     emit connectionChanged();
 }

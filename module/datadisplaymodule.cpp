@@ -48,11 +48,13 @@ QString DataDisplayModule::moduleVersion() const
         .arg(patch, 0, 10, QLatin1Char(' '));
 }
 
-QList<ModuleEntry *> DataDisplayModule::moduleEntries()
-{
+QList<ModuleEntry *> DataDisplayModule::moduleEntries() noexcept
+try {
     if (entries.isEmpty())
         createEntry();
     return entries;
+} catch (...) {
+    return {}; // out of memory: the host has no handler for us, and may ask again
 }
 
 void DataDisplayModule::createEntry()

@@ -22,7 +22,7 @@ public:
     void releaseWidgets() override;
     QString moduleName() const override;
     QString moduleVersion() const override;
-    QList<ModuleEntry *> moduleEntries() override;
+    QList<ModuleEntry *> moduleEntries() noexcept override;
     void setModuleProperty(QString name, QVariant value) override;
 
 private:

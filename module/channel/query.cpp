@@ -9,6 +9,11 @@ void logToHost(IOManager &io, const QString &text)
     io.logMessage("standard", "VORNAK4", 1, text.toLatin1().constData());
 }
 
+QString withoutQuotes(const QByteArray &answer)
+{
+    return QString::fromUtf8(answer).remove(QLatin1Char('"'));
+}
+
 char *Query::textSlot() noexcept
 {
     answer.fill('\0');

@@ -13,6 +13,9 @@ class IOManager;
 /// Adds \a text to the host's log as the module's own message; what Latin-1 lacks becomes "?".
 void logToHost(IOManager &io, const QString &text);
 
+/// The UTF-8 text \a answer for the operator's eyes: descriptions come in double quotes, and all of these go.
+QString withoutQuotes(const QByteArray &answer);
+
 /// One place for the error convention of the command channel: storage for the answers, the default on failure, and
 /// the log line. A query stays a visible call, so that the compiler checks its format:
 ///

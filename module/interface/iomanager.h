@@ -8,7 +8,8 @@
 class Requester;
 
 /// The host's command channel to the backend, property "CommandManager". All calls are made on the GUI thread and
-/// return when the backend has answered or failed. Formats are printf's, and so are the values that follow them.
+/// return when the backend has answered or failed; until then that thread runs no event loop and no other call into
+/// the module. Formats are printf's, and so are the values that follow them.
 ///
 /// Modules and hosts are built apart, so the order of the entries is a contract: requestString is entry 5 of the
 /// table. Nothing may be put in front of it, and no destructor into it (it would take two entries).

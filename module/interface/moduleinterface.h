@@ -32,7 +32,7 @@ public:
     /// Deletes the widgets of the entries; the host has forgotten them by then.
     virtual void releaseWidgets() = 0;
     virtual QString moduleName() const = 0;
-    virtual QString moduleVersion() const = 0; ///< "v2.2.6"
+    virtual QString moduleVersion() const = 0; ///< such as "v2.2.6"
     /// The module's entries, made at the first call. All properties must have been set by then.
     virtual QList<ModuleEntry *> moduleEntries() = 0;
     /// Hands over one of the host's objects ("CommandManager", "ModuleParent", "BackendVersions": never owned by the

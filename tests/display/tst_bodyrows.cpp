@@ -263,11 +263,14 @@ void TestBodyRows::sensorCells()
     bench.answerBodies(2);
     bench.answer(QStringLiteral("body inertial_sensor standard b02"), answer);
     bench.createPanel();
-    bench.table6d().setColumnHidden(BatteryColumn, false);
-    bench.table6d().setColumnWidth(BatteryColumn, 700);
+    for (const int column : {BatteryColumn, TemperatureColumn}) {
+        bench.table6d().setColumnHidden(column, false);
+        bench.table6d().setColumnWidth(column, 700);
+    }
     bench.panel->configurationChanged();
     const QTableWidget &table = bench.table6d();
-    QVERIFY2(table.columnWidth(BatteryColumn) < 300, "the column was not fitted to its contents");
+    for (const int column : {BatteryColumn, TemperatureColumn})
+        QVERIFY2(table.columnWidth(column) < 300, "the column was not fitted to its contents");
     QCOMPARE(table.item(1, SensorColumn)->text(), text);
     QCOMPARE(table.item(1, SensorColumn)->data(Qt::UserRole), QVariant(answer));
     QCOMPARE(table.item(1, SensorColumn)->textAlignment(), centre);

@@ -2,20 +2,18 @@
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
 #include "display/zeltablewidget.h"
-#include "filter/filterdialog.h"
+#include "tests/display/openwidgets.h"
 #include "tests/display/panelbench.h"
 
-#include <QApplication>
+#include <QAction>
+#include <QCursor>
 #include <QHeaderView>
 #include <QMenu>
 #include <QMetaMethod>
 #include <QPointer>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <QWindow>
-
-#include <functional>
 
 /// The filter menu of the body table, by real clicks.
 class TestFilterMenu : public QObject {
@@ -23,6 +21,7 @@ class TestFilterMenu : public QObject {
 
 private slots:
     void hasItsMethodsInOrder();
+    void offersTheFilterAtTheCursor();
     void opensForCalibratedBodiesInTheFilterColumn_data();
     void opensForCalibratedBodiesInTheFilterColumn();
     void staysClosedOnACellThatIsNotEnabled();
@@ -30,32 +29,14 @@ private slots:
     void staysClosedWithoutARowList();
     void treatsARowBehindTheListAsNotCalibrated();
     void looksForColumn22InATableOfHandHelds();
-    void opensTheDialogForTheBodyOfTheRow_data();
-    void opensTheDialogForTheBodyOfTheRow();
-    void asksNothingOfAnOldBackend();
     void refreshesTheCellOfTheRow();
     void survivesWhatTheHostDoesMeanwhile_data();
     void survivesWhatTheHostDoesMeanwhile();
 
 private:
     static void click(Qt::MouseButton button, const QTableWidget &table, int row, int column);
-    static void whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act);
     static bool menuOpensAt(const QTableWidget &table, int row, int column);
 };
-
-namespace {
-
-QWidget *openMenu()
-{
-    return QApplication::activePopupWidget();
-}
-
-QWidget *openDialog()
-{
-    return qobject_cast<FilterDialog *>(QApplication::activeModalWidget());
-}
-
-} // namespace
 
 /// Through the window system, so that a right click makes its context menu event.
 void TestFilterMenu::click(Qt::MouseButton button, const QTableWidget &table, int row, int column)
@@ -63,21 +44,6 @@ void TestFilterMenu::click(Qt::MouseButton button, const QTableWidget &table, in
     const QPoint place = table.visualItemRect(table.item(row, column)).center();
     QWidget *window = table.window();
     QTest::mouseClick(window->windowHandle(), button, Qt::NoModifier, table.viewport()->mapTo(window, place));
-}
-
-/// Lets \a act do something to what \a find finds, once it is open, from inside the event loop that it runs.
-void TestFilterMenu::whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act)
-{
-    auto *poll = new QTimer(qApp);
-    QObject::connect(poll, &QTimer::timeout, poll, [=] {
-        QWidget *widget = find();
-        if (!widget)
-            return;
-        poll->stop();
-        poll->deleteLater();
-        act(widget);
-    });
-    poll->start(1);
 }
 
 bool TestFilterMenu::menuOpensAt(const QTableWidget &table, int row, int column)
@@ -104,6 +70,29 @@ void TestFilterMenu::hasItsMethodsInOrder()
         methods.append(meta.method(i).methodSignature());
     QCOMPARE(methods,
              QByteArrayList({"updateFilterActiveStatus(int)", "displayFilterDlg()", "onCellPressed(int,int)"}));
+}
+
+void TestFilterMenu::offersTheFilterAtTheCursor()
+{
+    PanelBench bench;
+    bench.answerBodies(2);
+    bench.createConfiguredPanel();
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    const QPoint cursor = bench.panel->mapToGlobal(QPoint(40, 60));
+    QCursor::setPos(cursor);
+    QStringList texts;
+    QPoint place;
+    whenOpen(openMenu, [&](QWidget *menu) {
+        const QList<QAction *> actions = menu->actions();
+        for (const QAction *action : actions)
+            texts << action->text();
+        place = menu->pos() - QCursor::pos();
+        menu->close();
+    });
+    click(Qt::RightButton, bench.table6d(), 1, FilterColumn);
+    QTRY_COMPARE(texts, QStringList{QStringLiteral("Filter")});
+    QCOMPARE(place, QPoint(0, 0));
 }
 
 void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn_data()
@@ -237,51 +226,6 @@ void TestFilterMenu::looksForColumn22InATableOfHandHelds()
     QVERIFY(!menuOpensAt(table, 0, 2));
     table.setTabIndex(7); // no column test
     QVERIFY(menuOpensAt(table, 0, 5));
-}
-
-void TestFilterMenu::opensTheDialogForTheBodyOfTheRow_data()
-{
-    QTest::addColumn<bool>("head");
-    QTest::addColumn<int>("row");
-    QTest::addColumn<QByteArray>("body");
-    QTest::newRow("without head row, the first row is body 1") << false << 0 << QByteArray("standard b01");
-    QTest::newRow("without head row, the third row is body 3") << false << 2 << QByteArray("standard b03");
-    QTest::newRow("with head row, row 3 is body 3") << true << 3 << QByteArray("standard b03");
-    QTest::newRow("the head row itself opens body 1") << true << 0 << QByteArray("standard b01");
-}
-
-void TestFilterMenu::opensTheDialogForTheBodyOfTheRow()
-{
-    QFETCH(bool, head);
-    QFETCH(int, row);
-    QFETCH(QByteArray, body);
-    PanelBench bench;
-    bench.answerBodies(3);
-    bench.answer("filter6d available standard", "yes");
-    if (head)
-        bench.answerHead();
-    bench.createConfiguredPanel();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
-    QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
-    table.onCellPressed(row, FilterColumn);
-    whenOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
-    table.displayFilterDlg();
-    QVERIFY(
-        bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset ") + QString::fromUtf8(body)));
-    QCOMPARE(refreshed.size(), 1);
-    QCOMPARE(refreshed.first().first().toInt(), row); // the row, not the body
-}
-
-void TestFilterMenu::asksNothingOfAnOldBackend()
-{
-    PanelBench bench(1, 11);
-    bench.answerBodies(1);
-    bench.createConfiguredPanel();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
-    QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
-    table.displayFilterDlg();
-    QCOMPARE(bench.takeCalls(), QStringList());
-    QCOMPARE(refreshed.size(), 0);
 }
 
 void TestFilterMenu::refreshesTheCellOfTheRow()

@@ -14,6 +14,7 @@ private slots:
     void headDetection();
     void headCalibration_data();
     void headCalibration();
+    void countFailsWhenAskedAgain();
 };
 
 void TestHeadTarget::headDetection_data()
@@ -97,8 +98,6 @@ void TestHeadTarget::headCalibration_data()
     QTest::addColumn<QStringList>("questions");
     QTest::addColumn<QString>("log");
     QTest::addColumn<bool>("ready");
-    const QString calibrated = QStringLiteral("calibrated b0");
-    const QString active = QStringLiteral("active b0");
     const auto list = [](const char *text) { return QString::fromLatin1(text).split(QLatin1Char(',')); };
     QTest::newRow("the second one alone is ready")
         << list("no,yes,yes,yes,no,yes") << list("c1,c2,a2,c3") << "" << true;
@@ -142,6 +141,25 @@ void TestHeadTarget::headCalibration()
     QCOMPARE(bench.table6d().rowCount(), 1);
     QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
              ready ? QString() : QStringLiteral(" This body is not yet calibrated."));
+}
+
+void TestHeadTarget::countFailsWhenAskedAgain()
+{
+    PanelBench bench;
+    bench.answerHead();
+    bench.createPanel();
+    const QString count = QStringLiteral("requestInt body number_of_bodies multiuserwandor_head");
+    const QStringList whole = bench.reconfigure();
+    QCOMPARE(whole.count(count), 2);
+    const int second = whole.lastIndexOf(count);
+    const int requests = whole.mid(0, second + 1).filter(QRegularExpression(QStringLiteral("^request"))).size();
+    bench.host.failCall = requests;
+    const QStringList calls = bench.reconfigure();
+    QVERIFY(!calls.contains(QStringLiteral("requestString body calibrated multiuserwandor_head b01")));
+    QCOMPARE(PanelBench::logs(calls),
+             QStringList{QStringLiteral("Error: Unable to get number of multiuser head targets")});
+    QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("MUH"));
+    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
 }
 
 QTEST_MAIN(TestHeadTarget)

@@ -37,6 +37,7 @@ private slots:
     void metaMethodsAreInTheirOrder();
     void construction_data();
     void construction();
+    void preferencesComeBeforeTheQuestions();
     void formItself();
     void tableOfTheForm_data();
     void tableOfTheForm();
@@ -134,6 +135,18 @@ void TestPanel::construction()
         bench.answer(command, answer == QLatin1String("<empty>") ? QString() : answer);
     bench.createPanel();
     QCOMPARE(bench.takeCalls(), calls);
+}
+
+void TestPanel::preferencesComeBeforeTheQuestions()
+{
+    PanelBench bench;
+    bench.writePreferences("<OTHER/>");
+    bench.createPanel();
+    const QStringList calls = bench.takeCalls();
+    QCOMPARE(calls.value(0), registered.first());
+    QVERIFY2(calls.value(1).startsWith(QLatin1String("log Error: Loading data display preferences")),
+             qPrintable(calls.value(1)));
+    QCOMPARE(calls.value(2), asked.first());
 }
 
 void TestPanel::formItself()

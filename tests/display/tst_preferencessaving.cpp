@@ -4,7 +4,12 @@
 #include "tests/display/panelbench.h"
 
 #include <QDir>
+#include <QScopeGuard>
 #include <QtTest>
+
+#include <sys/resource.h>
+
+#include <csignal>
 
 namespace {
 
@@ -39,6 +44,21 @@ QStringList logsOfSaving(PanelBench &bench)
     return PanelBench::logs(bench.takeCalls());
 }
 
+/// Saves while no file may grow beyond \a size bytes, as on a full disk, and returns what was logged.
+QStringList logsOfSavingWithin(PanelBench &bench, rlim_t size)
+{
+    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
+    rlimit oldLimit{};
+    getrlimit(RLIMIT_FSIZE, &oldLimit);
+    const auto restore = qScopeGuard([=] {
+        setrlimit(RLIMIT_FSIZE, &oldLimit);
+        std::signal(SIGXFSZ, oldHandler);
+    });
+    const rlimit limit{size, oldLimit.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    return logsOfSaving(bench);
+}
+
 QString cannotWrite(const QString &file)
 {
     return QStringLiteral("Error: Writing data display preferences. File ") + file
@@ -67,6 +87,8 @@ private slots:
     void fileThatCannotBeWritten();
     void folderThatCannotBeMade_data();
     void folderThatCannotBeMade();
+    void oldFileSurvivesAFullDisk_data();
+    void oldFileSurvivesAFullDisk();
     void linkIsFollowed();
 };
 
@@ -184,6 +206,30 @@ void TestPreferencesSaving::folderThatCannotBeMade()
     QCOMPARE(PanelBench::logs(bench.takeCalls()), QStringList());
     QCOMPARE(logsOfSaving(bench), QStringList{noFolder(bench.preferencesDir())});
     QCOMPARE(contentOf(path), QByteArray("mine"));
+}
+
+void TestPreferencesSaving::oldFileSurvivesAFullDisk_data()
+{
+    QTest::addColumn<int>("room");
+    QTest::newRow("no room at all") << 0;
+    QTest::newRow("room for the first line") << 100;
+    QTest::newRow("a byte too few") << -1;
+}
+
+void TestPreferencesSaving::oldFileSurvivesAFullDisk()
+{
+    QFETCH(const int, room);
+    const QByteArray old = "<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>\n";
+    PanelBench bench;
+    bench.writePreferences(old);
+    bench.createPanel();
+    const int size = room < 0 ? expectedFile(bench).size() + room : room;
+    QCOMPARE(logsOfSavingWithin(bench, static_cast<rlim_t>(size)), QStringList{cannotWrite(bench.preferencesFile())});
+    QCOMPARE(contentOf(bench.preferencesFile()), old);
+    QCOMPARE(QDir(bench.preferencesDir()).entryList(QDir::Files | QDir::Hidden),
+             QStringList{QStringLiteral("datadisplay-preferences.xml")});
+    QCOMPARE(logsOfSavingWithin(bench, static_cast<rlim_t>(expectedFile(bench).size())), QStringList());
+    QCOMPARE(contentOf(bench.preferencesFile()), expectedFile(bench));
 }
 
 void TestPreferencesSaving::linkIsFollowed()

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/display/panelbench.h"
+#include "tests/display/paneltimers.h"
 
 #include <QtTest>
 
@@ -77,6 +78,7 @@ class TestRebuilding : public QObject {
     Q_OBJECT
 
 private slots:
+    void initTestCase();
     void tableIsHiddenMeanwhile_data();
     void tableIsHiddenMeanwhile();
     void anyFailureIsSurvived_data();
@@ -87,9 +89,19 @@ private slots:
     void oldBackendLeavesTheSensorColumns();
     void clearedPanel();
     void clearedPanelWithoutConfiguration();
+    void clearingStopsWhatItsConfigurationStarted_data();
+    void clearingStopsWhatItsConfigurationStarted();
     void timerDrawsBothTables();
     void linesArriveMeanwhile();
+
+private:
+    PanelTimers timers;
 };
+
+void TestRebuilding::initTestCase()
+{
+    QVERIFY(timers.learn());
+}
 
 void TestRebuilding::tableIsHiddenMeanwhile_data()
 {
@@ -290,6 +302,31 @@ void TestRebuilding::clearedPanelWithoutConfiguration()
     bench.panel->onUpdateFilterActiveStatus(0);
     bench.panel->updateView6d();
     QCOMPARE(bench.takeCalls(), QStringList());
+}
+
+void TestRebuilding::clearingStopsWhatItsConfigurationStarted_data()
+{
+    QTest::addColumn<QString>("command"); // of the last configuration before, answered with "none"
+    QTest::addColumn<bool>("stopped");
+    QTest::newRow("a sensor on a body") << "" << true;
+    QTest::newRow("sensors are no longer available") << "inertial available" << false;
+    QTest::newRow("no sensor is on a body any more") << "inertial body_of_sensor d02" << false;
+}
+
+void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
+{
+    QFETCH(const QString, command);
+    QFETCH(const bool, stopped);
+    FullBackend bench;
+    const DataDisplay &panel = bench.createConfiguredPanel();
+    if (!command.isEmpty())
+        bench.answer(command, QStringLiteral("none"));
+    bench.panel->configurationChanged();
+    QVERIFY(timers.sensorTimer(panel).isActive());
+    bench.panel->clearData();
+    QVERIFY(!timers.viewTimer(panel).isActive());
+    // The polling is the configuration's that found the sensor: one that finds none takes no notice of it.
+    QCOMPARE(timers.sensorTimer(panel).isActive(), !stopped);
 }
 
 void TestRebuilding::timerDrawsBothTables()

@@ -1,10 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "display/batterybar.h"
-#include "display/temperaturebar.h"
-#include "tests/display/panelbench.h"
 #include "tests/display/paneltimers.h"
+#include "tests/display/sensorbench.h"
 
 #include <QtTest>
 
@@ -13,28 +11,15 @@ namespace {
 const QBrush transparent(Qt::transparent);
 const QBrush red(Qt::red);
 
-/// Two bodies, the second of which has the sensor d01.
-struct OneSensor : PanelBench {
-    OneSensor()
+class PaintCounter : public QObject {
+public:
+    bool eventFilter(QObject *, QEvent *event) override
     {
-        answerBodies(2);
-        answerSensors({2});
+        count += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
     }
 
-    BatteryBar &battery(int row = 1) const
-    {
-        return *qobject_cast<BatteryBar *>(table6d().cellWidget(row, BatteryColumn));
-    }
-    TemperatureBar &temperature(int row = 1) const
-    {
-        return *qobject_cast<TemperatureBar *>(table6d().cellWidget(row, TemperatureColumn));
-    }
-    QStringList tick()
-    {
-        takeCalls();
-        panel->timerUpdateInertialSensorInfo();
-        return takeCalls();
-    }
+    int count = 0;
 };
 
 QString celsius(const char *degrees)
@@ -62,13 +47,11 @@ private slots:
     void readings_data();
     void readings();
     void hiddenBarsComeBack();
+    void hiddenColumnsShowNoBars();
+    void everyPassRepaintsTheTable();
     void rowsWithoutSensorAreSkipped();
     void headRowIsSkipped();
     void sensorNamesAreNoFormats();
-    void schedule();
-    void returningSensorStartsTheScheduleOver();
-    void otherLinesDoNotStartItOver_data();
-    void otherLinesDoNotStartItOver();
     void timersOfAConfiguration();
     void warningForFixedAngles();
 
@@ -83,7 +66,7 @@ void TestSensors::initTestCase()
 
 void TestSensors::timersOfANewPanel()
 {
-    OneSensor bench;
+    SensorBench bench;
     const DataDisplay &panel = bench.createPanel();
     QVERIFY(!timers.viewTimer(panel).isActive());
     QVERIFY(!timers.sensorTimer(panel).isActive());
@@ -95,7 +78,7 @@ void TestSensors::timersOfANewPanel()
 
 void TestSensors::firstPassShowsAllAsAbsent()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.createPanel();
     const QStringList calls = bench.reconfigure();
     QCOMPARE(calls.last(), wholePass.first()); // present or not is asked, and nothing else
@@ -106,7 +89,7 @@ void TestSensors::firstPassShowsAllAsAbsent()
 
 void TestSensors::presentSensor()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel().show();
     QCOMPARE(bench.tick(), wholePass);
     QCOMPARE(bench.background(1, SensorColumn), transparent);
@@ -129,7 +112,7 @@ void TestSensors::presence_data()
 void TestSensors::presence()
 {
     QFETCH(const QString, answer);
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel();
     bench.tick();
     bench.answer(QStringLiteral("inertial sensor_present d01"), answer);
@@ -141,7 +124,7 @@ void TestSensors::presence()
 
 void TestSensors::failedPresenceKeepsTheBars()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel();
     bench.tick();
     bench.refuse("inertial sensor_present d01");
@@ -204,7 +187,7 @@ void TestSensors::readings()
     QFETCH(const int, batteryValue);
     QFETCH(const int, temperatureValue);
     QFETCH(const QString, text);
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel();
     for (const auto &[command, answer] : {std::pair{QStringLiteral("inertial sensor_battery d01"), charge},
                                           std::pair{QStringLiteral("inertial sensor_temperature d01"), temperature}}) {
@@ -213,6 +196,7 @@ void TestSensors::readings()
             bench.answer(command, answer);
     }
     QCOMPARE(bench.tick(), wholePass);
+    QCOMPARE(bench.background(1, SensorColumn), transparent);
     QCOMPARE(bench.battery().isHidden(), batteryValue < 0);
     QCOMPARE(bench.temperature().isHidden(), temperatureValue < 0);
     QCOMPARE(bench.battery().value(), qMax(0, batteryValue));
@@ -227,7 +211,7 @@ void TestSensors::readings()
 
 void TestSensors::hiddenBarsComeBack()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel().show();
     for (int round = 0; round < 2; ++round) {
         bench.answer("inertial sensor_present d01", "no");
@@ -243,9 +227,35 @@ void TestSensors::hiddenBarsComeBack()
     }
 }
 
+void TestSensors::hiddenColumnsShowNoBars()
+{
+    SensorBench bench;
+    bench.createConfiguredPanel().show();
+    for (const bool hidden : {true, false}) {
+        bench.table6d().setColumnHidden(BatteryColumn, hidden);
+        bench.table6d().setColumnHidden(TemperatureColumn, hidden);
+        bench.tick();
+        QCOMPARE(bench.battery().isVisible(), !hidden);
+        QCOMPARE(bench.temperature().isVisible(), !hidden);
+    }
+}
+
+void TestSensors::everyPassRepaintsTheTable()
+{
+    SensorBench bench;
+    bench.answer("body inertial_sensor standard b02", "none");
+    bench.createConfiguredPanel().show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    QCoreApplication::processEvents();
+    PaintCounter counter;
+    bench.table6d().viewport()->installEventFilter(&counter);
+    QCOMPARE(bench.tick(), QStringList()); // nothing to ask, and no cell changes
+    QTRY_VERIFY(counter.count > 0);
+}
+
 void TestSensors::rowsWithoutSensorAreSkipped()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.createConfiguredPanel();
     bench.table6d().item(0, SensorColumn)->setData(Qt::UserRole, QStringLiteral("d09")); // row 0 has no sensor
     QCOMPARE(bench.tick(), wholePass);
@@ -257,7 +267,7 @@ void TestSensors::rowsWithoutSensorAreSkipped()
 
 void TestSensors::headRowIsSkipped()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.answerHead();
     bench.createConfiguredPanel();
     QCOMPARE(bench.tick(), wholePass);
@@ -267,82 +277,15 @@ void TestSensors::headRowIsSkipped()
 
 void TestSensors::sensorNamesAreNoFormats()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.answer("body inertial_sensor standard b02", "%s%n %d 'x'");
     bench.createConfiguredPanel();
     QCOMPARE(bench.tick(), QStringList{QStringLiteral("requestString inertial sensor_present %s%n %d 'x'")});
 }
 
-void TestSensors::schedule()
-{
-    OneSensor bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
-    QVERIFY(timers.sensorTimer(panel).isActive());
-    QList<int> intervals;
-    for (int i = 0; i < 60; ++i) {
-        bench.tick();
-        intervals << timers.sensorTimer(panel).interval();
-    }
-    QList<int> expected; // the first entry was for the pass of the configuration
-    for (const auto &[count, interval] :
-         {std::pair{29, 2000}, std::pair{15, 4000}, std::pair{8, 8000}, std::pair{4, 16000}, std::pair{4, 30000}}) {
-        for (int i = 0; i < count; ++i)
-            expected << interval;
-    }
-    QCOMPARE(intervals, expected);
-    bench.panel->configurationChanged();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
-    bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
-}
-
-void TestSensors::returningSensorStartsTheScheduleOver()
-{
-    OneSensor bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.answer("inertial sensor_present d01", "no");
-    for (int i = 0; i < 40; ++i)
-        bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "3", "1.0", "1 2 3")), 0); // row 1 is absent
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000); // not before the next pass
-    bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
-    for (int i = 0; i < 29; ++i)
-        bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
-    bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
-}
-
-void TestSensors::otherLinesDoNotStartItOver_data()
-{
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<bool>("present");
-    QTest::newRow("the lowest bit of the state is not set") << "6di 1 " + bodyText(1, "2", "1.0", "1 2 3") << false;
-    QTest::newRow("another body") << "6di 1 " + bodyText(0, "1", "1.0", "1 2 3") << false;
-    QTest::newRow("a line that breaks off") << "6di 2 " + bodyText(1, "1", "1.0", "1 2 3") << false;
-    QTest::newRow("no sensor is absent") << "6di 1 " + bodyText(1, "1", "1.0", "1 2 3") << true;
-}
-
-void TestSensors::otherLinesDoNotStartItOver()
-{
-    QFETCH(const QByteArray, line);
-    QFETCH(const bool, present);
-    OneSensor bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.answer(QStringLiteral("inertial sensor_present d01"), present ? QStringLiteral("yes") : QStringLiteral("no"));
-    for (int i = 0; i < 40; ++i)
-        bench.tick();
-    bench.send("6di", line);
-    bench.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
-}
-
 void TestSensors::timersOfAConfiguration()
 {
-    OneSensor bench;
+    SensorBench bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     QVERIFY(timers.viewTimer(panel).isActive());
     QVERIFY(timers.sensorTimer(panel).isActive());
@@ -368,7 +311,7 @@ void TestSensors::timersOfAConfiguration()
 
 void TestSensors::warningForFixedAngles()
 {
-    OneSensor bench;
+    SensorBench bench;
     bench.answerSensors({1, 2});
     bench.answer("standard fixed_angle_present", "true");
     bench.createPanel();

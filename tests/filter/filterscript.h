@@ -20,9 +20,9 @@ Q_DECLARE_METATYPE(BackendVersions)
 BackendVersions backendVersion(int major, int minor, int patch = -1);
 
 /// Scripts a backend with a filter: four presets (default, medium prediction, custom, hybrid custom), two modes,
-/// limits, and the following bodies and wandors, all with the custom preset and an active filter:
-/// b01 calibrated, "Left "hand""; b02 not calibrated; b03 calibrated, with an inertial sensor and without description;
-/// wandor b01 not calibrated, wandor b02 calibrated.
+/// limits, and the following bodies and wandors, all with an active filter and the custom preset, but for b03:
+/// b01 calibrated, "Left "hand""; b02 not calibrated; b03 calibrated, with an inertial sensor, the medium prediction
+/// preset and no description; wandor b01 not calibrated, wandor b02 calibrated.
 void scriptFilters(ScriptedHost &host);
 
 /// Scripts what holds for one body ("standard b01"): its settings, with every preset and mode available to it.
@@ -42,7 +42,7 @@ QByteArrayList limitLines();
 QByteArrayList modeListLines();
 QByteArrayList presetLines(const QByteArray &body); ///< which presets \a body may use, backend 1.21 and later
 QByteArrayList modeLines(const QByteArray &body); ///< likewise
-/// The five settings of \a body, on a backend that answers per body or not. What the other tests call R1 to R5.
+/// The five settings of \a body, on a backend that answers per body or not.
 QByteArrayList settingLines(const QByteArray &body, bool perBody);
 /// The same without the active state, and without the preset as well.
 QByteArrayList settingLinesFromPreset(const QByteArray &body, bool perBody);

@@ -34,6 +34,7 @@ private slots:
     void otherBodyIsRead_data() { versionRows(); }
     void otherBodyIsRead();
     void otherActiveStateIsSentBack();
+    void unlistedPresetIsSentBackAsNone();
     void samePresetsStayAsTheyAre();
     void otherPresetsAreSorted();
 
@@ -274,6 +275,18 @@ void TestFilterDialogActions::otherActiveStateIsSentBack()
             + settingLinesFromPreset(body, true) + QByteArrayList{"requestString body inertial_sensor standard b03"}
             + settingLinesFromPreset(body, true);
         QCOMPARE(host.takeCalls(), expected);
+    });
+}
+
+void TestFilterDialogActions::unlistedPresetIsSentBackAsNone()
+{
+    host.answers["body filter6d_preset standard b03"] = "preset6d_unlisted_custom";
+    open(-1, [this] {
+        QTest::keyClick(child<QComboBox>("comboBox_body"), Qt::Key_Down);
+        QCOMPARE(child<QComboBox>("comboBox_preset")->currentIndex(), -1);
+        QCOMPARE(host.callsOf("sendCommand"), QByteArrayList{"body filter6d_preset standard b03 "});
+        for (const char *name : {"doubleSpinBox_strength", "spinBox_prediction", "comboBox_mode"})
+            QVERIFY2(!child<QWidget>(name)->isEnabled(), name);
     });
 }
 

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
+#include <QLabel>
 #include <QSpinBox>
 #include <QTest>
 
@@ -306,7 +307,8 @@ void TestFilterDialogFailures::failedReadsFallBack()
 
 void TestFilterDialogFailures::failedCommandsLeaveTheControl()
 {
-    host.failing.setPattern(QStringLiteral("^body filter6d_(strength|prediction|mode) .* \\S+ \\S+$"));
+    host.failing.setPattern(
+        QStringLiteral("^body filter6d_(strength|prediction|mode|preset|enabled) standard b01 \\S+$"));
     makeDialog();
     runDialog(*dialog, 0, 0, [this] {
         host.takeCalls();
@@ -325,6 +327,17 @@ void TestFilterDialogFailures::failedCommandsLeaveTheControl()
             "log Error: Unable to set filter 6d mode for body standard b01",
         };
         QCOMPARE(host.takeCalls(), expected);
+
+        act("preset");
+        QCOMPARE(child<QComboBox>("comboBox_preset")->currentText(), QStringLiteral("Hybrid custom"));
+        act("active");
+        QVERIFY(!child<QCheckBox>("checkBox_active")->isChecked());
+        // The active switch has the preset read again, which is still the backend's: a change, sent like any other.
+        const QByteArrayList logged{"Error: Unable to set filter 6d preset for body standard b01",
+                                    "Error: Unable to activate/deactivate filter 6d for body standard b01",
+                                    "Error: Unable to set filter 6d preset for body standard b01"};
+        QCOMPARE(host.callsOf("log"), logged);
+        QCOMPARE(child<QLabel>("label_error")->text(), QString());
     });
 }
 

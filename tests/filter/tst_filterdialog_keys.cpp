@@ -27,6 +27,7 @@ private slots:
     void mnemonicsReachTheirControls();
     void exitCloses_data();
     void exitCloses();
+    void nothingIsSentBeforeTheFirstOpening();
     void nothingIsSentWithoutBodies();
     void nothingIsSentWhenLocked();
 
@@ -156,6 +157,19 @@ void TestFilterDialogKeys::exitCloses()
         QCOMPARE(dialog->result(), static_cast<int>(QDialog::Rejected));
         QVERIFY(host.calls.isEmpty());
     }
+}
+
+void TestFilterDialogKeys::nothingIsSentBeforeTheFirstOpening()
+{
+    dialog = std::make_unique<FilterDialog>(&host, nullptr, &versions);
+    host.takeCalls();
+    for (const char *slot : {"on_comboBox_body_currentIndexChanged", "on_doubleSpinBox_strength_editingFinished",
+                             "on_spinBox_prediction_editingFinished"})
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), slot));
+    for (const char *slot : {"on_checkBox_active_stateChanged", "on_comboBox_preset_currentIndexChanged",
+                             "on_comboBox_mode_currentIndexChanged"})
+        QVERIFY(QMetaObject::invokeMethod(dialog.get(), slot, Q_ARG(int, 0)));
+    QVERIFY(host.calls.isEmpty());
 }
 
 void TestFilterDialogKeys::nothingIsSentWithoutBodies()

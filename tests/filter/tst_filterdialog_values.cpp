@@ -34,6 +34,8 @@ private slots:
     void limitsReplaceThePlaceholders();
     void controlsFollowThePreset_data();
     void controlsFollowThePreset();
+    void presetsOfAnOldBackend_data();
+    void presetsOfAnOldBackend();
     void activeSwitchIsForBodiesWithoutSensor_data();
     void activeSwitchIsForBodiesWithoutSensor();
     void oddNumbersAreShown_data();
@@ -163,6 +165,30 @@ void TestFilterDialogValues::controlsFollowThePreset()
         QCOMPARE(child<QWidget>("doubleSpinBox_strength")->isVisible(), strengthShown);
         QVERIFY(child<QWidget>("spinBox_prediction")->isVisible());
     });
+}
+
+void TestFilterDialogValues::presetsOfAnOldBackend_data()
+{
+    QTest::addColumn<int>("tab");
+    QTest::addColumn<int>("body");
+    QTest::addColumn<QString>("items");
+    const QString all = QStringLiteral("Default=preset6d_default; Medium prediction=preset6d_med_pred; "
+                                       "Custom=preset6d_custom; Longer=preset6d_default_custom");
+    QTest::newRow("a body without sensor has all, in the backend's order") << 0 << 0 << all;
+    QTest::newRow("a body with a sensor has exactly two")
+        << 0 << 2 << QStringLiteral("Default=preset6d_default; Medium prediction=preset6d_med_pred");
+    QTest::newRow("a wandor has no sensor") << 1 << 1 << all;
+}
+
+void TestFilterDialogValues::presetsOfAnOldBackend()
+{
+    QFETCH(int, tab);
+    QFETCH(int, body);
+    versions = backendVersion(1, 20);
+    host.answers["filter6d preset_id t04"] = "preset6d_default_custom";
+    host.answers["filter6d preset_desc preset6d_default_custom"] = "Longer";
+    open(tab, body);
+    QTEST(itemsOf(child<QComboBox>("comboBox_preset")), "items");
 }
 
 void TestFilterDialogValues::activeSwitchIsForBodiesWithoutSensor_data()

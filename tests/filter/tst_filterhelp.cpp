@@ -8,6 +8,7 @@
 #include <QLayout>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBlock>
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 #include <QTimer>
@@ -22,6 +23,26 @@ QStringList paragraphsOf(const QLabel *label)
     return paragraphs;
 }
 
+/// How the paragraphs of the label look: "bold", "italic" or "plain" with their size in points, "empty" for empty ones.
+QStringList looksOf(const QLabel *label)
+{
+    QTextDocument document;
+    document.setHtml(label->text());
+    QStringList looks;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        if (block.text().trimmed().isEmpty()) {
+            looks << QStringLiteral("empty");
+            continue;
+        }
+        const QTextCharFormat format = block.begin().fragment().charFormat();
+        const QString face = format.fontWeight() > QFont::Normal ? QStringLiteral("bold")
+            : format.fontItalic()                                ? QStringLiteral("italic")
+                                                                 : QStringLiteral("plain");
+        looks << face + QLatin1Char(' ') + QString::number(format.fontPointSize());
+    }
+    return looks;
+}
+
 } // namespace
 
 class TestFilterHelp : public QObject {
@@ -32,6 +53,7 @@ private slots:
     void everyTextIsTranslatedInTheFormsContext();
     void parametersAreExplained();
     void modesAreExplained();
+    void headingsStandOut();
     void sizeIsThatOfTheTexts();
     void noTextIsClipped();
     void exitAccepts_data();
@@ -137,6 +159,22 @@ void TestFilterHelp::modesAreExplained()
         QStringLiteral("Usage: Reference targets attached to occasionally moving objects."),
     };
     QCOMPARE(paragraphsOf(help.findChild<QLabel *>(QStringLiteral("label"))), expected);
+}
+
+void TestFilterHelp::headingsStandOut()
+{
+    const FilterHelp help;
+    const auto *parameters = help.findChild<QLabel *>(QStringLiteral("label_2"));
+    const QStringList parameter{QStringLiteral("bold 8"), QStringLiteral("plain 8")};
+    QCOMPARE(looksOf(parameters), parameter + parameter + parameter);
+    QVERIFY(
+        parameters->text().contains(QLatin1String("<body style=\" font-family:'MS Shell Dlg 2'; font-size:8.25pt;")));
+
+    const auto *modes = help.findChild<QLabel *>(QStringLiteral("label"));
+    const QStringList mode{QStringLiteral("bold 8"), QStringLiteral("plain 8"), QStringLiteral("italic 8"),
+                           QStringLiteral("empty")};
+    QCOMPARE(looksOf(modes), mode + mode + mode + mode + mode + mode);
+    QVERIFY(modes->text().contains(QLatin1String("<body style=\" font-family:'MS Shell Dlg 2'; font-size:12pt;")));
 }
 
 void TestFilterHelp::sizeIsThatOfTheTexts()

@@ -41,6 +41,8 @@ private slots:
     void cleanup();
 
     void fillsInTheVersionsBeforeModulesAreTold();
+    void logsTheVersion_data();
+    void logsTheVersion();
     void sendsNoLineBeforeTheConfigurationIsKnown();
     void disconnectsAndConnectsAgain();
     void changesTheBackend();
@@ -92,6 +94,28 @@ void BackendSessionTest::fillsInTheVersionsBeforeModulesAreTold()
     QVERIFY(observer->calls.isEmpty()); // modules may not be there yet
     session->start();
     QCOMPARE(observer->calls, QStringList{QStringLiteral("configurationChanged: version 1.21.-1, 4")});
+}
+
+void BackendSessionTest::logsTheVersion_data()
+{
+    QTest::addColumn<int>("patch");
+    QTest::addColumn<QString>("version");
+    QTest::newRow("with its patch level") << 3 << QStringLiteral("1.21.3");
+    QTest::newRow("without a patch level that is not known") << -1 << QStringLiteral("1.21");
+}
+
+void BackendSessionTest::logsTheVersion()
+{
+    QFETCH(int, patch);
+    QFETCH(QString, version);
+    QStringList texts;
+    const QObject listening; // ends before the list does, while the log lives on
+    connect(log.get(), &HostLog::entryAdded, &listening, [&](const LogEntry &entry) { texts.append(entry.text); });
+    const std::shared_ptr<FakeBackend> backend = backendWith(4, {1, 21, patch});
+    session->open(backend);
+    QTRY_COMPARE(texts,
+                 QStringList(QStringLiteral("Connected to ") + backend->name() + QStringLiteral(", version ") + version
+                             + QLatin1Char('.')));
 }
 
 void BackendSessionTest::sendsNoLineBeforeTheConfigurationIsKnown()

@@ -11,12 +11,14 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QSettings>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QWhatsThis>
 
 #include <memory>
 
@@ -38,6 +40,10 @@ private slots:
     void showsLogEntriesAsPlainText();
     void keepsTheLogBounded();
     void showsRateAndRefusedLines();
+    void countsRefusedLines();
+    void quitsByMenu();
+    void tellsAboutItself();
+    void entersAndLeavesWhatsThisMode();
     void keepsTheLayout();
     void takesDownInOrderAndAccountsForTheLines();
     void endsAnOpenDialogBeforeTheModulesGo();
@@ -243,6 +249,54 @@ void HostTest::showsRateAndRefusedLines()
     QTRY_VERIFY(label("rateLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
     action("disconnectAction")->trigger();
     QTRY_COMPARE(label("rateLabel"), QStringLiteral("0 lines/s"));
+}
+
+void HostTest::countsRefusedLines()
+{
+    auto *panel = host->window().findChild<QWidget *>(QStringLiteral("countingPanel"));
+    QVERIFY(panel);
+    QVERIFY(panel->setProperty("refusing", true));
+    QTRY_VERIFY(label("refusedLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
+    QVERIFY(label("refusedLabel").endsWith(QStringLiteral(" refused")));
+    const QString summary = host->takeDown();
+    const quint64 refused = host->backendSession().counts().refused;
+    QVERIFY2(summary.contains(QStringLiteral(", %1 refused, ").arg(refused)), qPrintable(summary));
+}
+
+void HostTest::quitsByMenu()
+{
+    takeCalls();
+    QTimer::singleShot(0, action("quitAction"), &QAction::trigger);
+    QCOMPARE(host->run(), 0);
+    QVERIFY(!host->window().isVisible());
+    QCOMPARE(
+        takeCalls(),
+        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
+}
+
+void HostTest::tellsAboutItself()
+{
+    QString text;
+    QTimer poll; // the box runs an event loop of its own
+    connect(&poll, &QTimer::timeout, &poll, [&] {
+        auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        text = box->text();
+        box->accept();
+    });
+    poll.start(0);
+    action("aboutAction")->trigger();
+    QVERIFY2(text.startsWith(QApplication::applicationDisplayName()), qPrintable(text));
+    QVERIFY(host->window().isVisible());
+}
+
+void HostTest::entersAndLeavesWhatsThisMode()
+{
+    QVERIFY(!QWhatsThis::inWhatsThisMode());
+    action("whatsThisAction")->trigger();
+    QVERIFY(QWhatsThis::inWhatsThisMode());
+    QWhatsThis::leaveWhatsThisMode();
 }
 
 void HostTest::keepsTheLayout()

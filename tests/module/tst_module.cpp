@@ -44,6 +44,7 @@ private slots:
     void secondCallReturnsTheSameEntry();
     void releasedWidgetsAreMadeAnew();
     void unloadingUnregistersThenSaves();
+    void unloadingFindsThePanelAnywhereInTheDock();
     void unloadingWithoutDock();
     void unloadingWithoutPanel();
     void releaseWithoutEntries();
@@ -81,6 +82,7 @@ void TestModule::namesAndVersion()
     const DataDisplayModule module;
     QCOMPARE(module.moduleName(), QStringLiteral("GUI Data Display"));
     QCOMPARE(module.moduleVersion(), QStringLiteral("v2.2.6"));
+    QCOMPARE(module.moduleVersion(), QStringLiteral(PROJECT_VERSION_TEXT)); // what the package says of itself
 }
 
 void TestModule::entry()
@@ -158,6 +160,21 @@ void TestModule::unloadingUnregistersThenSaves()
     QVERIFY2(QFile::exists(fileOfPreferences(loaded)), "the folder is named after the module's version");
     loaded.module.releaseWidgets();
     QCOMPARE(loaded.takeCalls(), QStringList());
+}
+
+void TestModule::unloadingFindsThePanelAnywhereInTheDock()
+{
+    LoadedModule loaded;
+    auto *dock = qobject_cast<QDockWidget *>(loaded.module.moduleEntries().first()->widget);
+    QWidget *const panel = dock->widget();
+    auto *frame = new QWidget; // as of a host that puts something around the panel
+    dock->setWidget(frame);
+    panel->setParent(frame);
+    panel->setObjectName(QStringLiteral("renamed"));
+    loaded.takeCalls();
+    loaded.module.aboutToUnload();
+    QCOMPARE(loaded.takeCalls(), QStringList{QStringLiteral("unregisterRequester")});
+    QVERIFY(QFile::exists(fileOfPreferences(loaded)));
 }
 
 void TestModule::unloadingWithoutDock()

@@ -33,6 +33,13 @@ QByteArrayList ScriptedHost::callsOf(const QByteArray &operation) const
     return found;
 }
 
+void ScriptedHost::note(const QByteArray &call)
+{
+    calls.append(call);
+    if (onCall)
+        onCall();
+}
+
 QByteArray ScriptedHost::record(const char *operation, const char *format, std::va_list arguments)
 {
     std::va_list again;
@@ -41,7 +48,7 @@ QByteArray ScriptedHost::record(const char *operation, const char *format, std::
     va_end(again);
     QByteArray command(std::max(length, 0), '\0');
     std::vsnprintf(command.data(), static_cast<std::size_t>(command.size()) + 1, format, arguments);
-    calls.append(QByteArray(operation) + ' ' + command);
+    note(QByteArray(operation) + ' ' + command);
     formats.append(QByteArray(format));
     return command;
 }
@@ -147,22 +154,22 @@ int ScriptedHost::sendCommand(const char *format, ...)
 
 void ScriptedHost::startOutput(const char *tag, Requester *)
 {
-    calls.append(QByteArray("startOutput ") + tag);
+    note(QByteArray("startOutput ") + tag);
 }
 
 void ScriptedHost::stopOutput(const char *tag, Requester *)
 {
-    calls.append(QByteArray("stopOutput ") + tag);
+    note(QByteArray("stopOutput ") + tag);
 }
 
 void ScriptedHost::registerRequester(Requester *)
 {
-    calls.append(QByteArray("registerRequester"));
+    note(QByteArray("registerRequester"));
 }
 
 void ScriptedHost::unregisterRequester(Requester *)
 {
-    calls.append(QByteArray("unregisterRequester"));
+    note(QByteArray("unregisterRequester"));
 }
 
 void ScriptedHost::logMessage(const char *category, const char *sender, qint32 level, const char *text)
@@ -171,35 +178,35 @@ void ScriptedHost::logMessage(const char *category, const char *sender, qint32 l
     QByteArray from;
     if (!usual)
         from = QByteArray(category) + '/' + sender + '/' + QByteArray::number(level) + ": ";
-    calls.append("log " + from + text);
+    note("log " + from + text);
 }
 
 void ScriptedHost::reserved0()
 {
-    calls.append(QByteArray("reserved0"));
+    note(QByteArray("reserved0"));
 }
 
 void ScriptedHost::reserved1()
 {
-    calls.append(QByteArray("reserved1"));
+    note(QByteArray("reserved1"));
 }
 
 void ScriptedHost::reserved2()
 {
-    calls.append(QByteArray("reserved2"));
+    note(QByteArray("reserved2"));
 }
 
 void ScriptedHost::reserved3()
 {
-    calls.append(QByteArray("reserved3"));
+    note(QByteArray("reserved3"));
 }
 
 void ScriptedHost::reserved4()
 {
-    calls.append(QByteArray("reserved4"));
+    note(QByteArray("reserved4"));
 }
 
 void ScriptedHost::reserved10()
 {
-    calls.append(QByteArray("reserved10"));
+    note(QByteArray("reserved10"));
 }

@@ -10,6 +10,7 @@
 #include <QRegularExpression>
 
 #include <cstdarg>
+#include <functional>
 
 /// A command channel that answers from a script and writes down every call, one readable line each:
 ///
@@ -27,6 +28,8 @@ public:
     QHash<QByteArray, QByteArray> answers; ///< by the whole command text; numbers, flags and lists as text, too
     QRegularExpression failing; ///< queries and commands whose text matches somewhere fail; an empty pattern: none
     int failCall = 0; ///< this one of the next queries and commands fails, 1 being the next; 0: none
+
+    std::function<void()> onCall; ///< runs at the start of each call, where set
 
     QByteArrayList calls; ///< all calls, in order
     QByteArrayList formats; ///< the formats of the queries and commands among them
@@ -56,6 +59,7 @@ public:
     void logMessage(const char *category, const char *sender, qint32 level, const char *text) override;
 
 private:
+    void note(const QByteArray &call);
     QByteArray record(const char *operation, const char *format, std::va_list arguments);
     bool isToFail(const QByteArray &command);
 };

@@ -34,11 +34,14 @@ QString described(const QVariant &value)
 CountingPanel::CountingPanel(IOManager *manager)
     : ioManager(manager)
 {
+    setObjectName(QStringLiteral("countingPanel"));
     ioManager->registerRequester(this);
 }
 
 int CountingPanel::processOutput(const char *, const char *)
 {
+    if (refusing)
+        return -1;
     if ((stored + dropped) % 10 == 9)
         ++dropped;
     else

@@ -13,12 +13,14 @@
 
 class IOManager;
 
-/// A display that takes every line, leaves out every tenth as one does that is drawing, and counts both.
+/// A display that takes every line, leaves out every tenth as one does that is drawing, and counts both. Once told to,
+/// it refuses all lines as malformed.
 class CountingPanel : public QWidget, public Requester {
     Q_OBJECT
     Q_PROPERTY(quint64 storedLines READ storedLines)
     Q_PROPERTY(quint64 droppedLines READ droppedLines)
     Q_PROPERTY(quint64 ignoredLines READ ignoredLines)
+    Q_PROPERTY(bool refusing READ isRefusing WRITE setRefusing)
 
 public:
     explicit CountingPanel(IOManager *manager);
@@ -28,6 +30,8 @@ public:
     quint64 storedLines() const { return stored; }
     quint64 droppedLines() const { return dropped; }
     quint64 ignoredLines() const { return 0; }
+    bool isRefusing() const { return refusing; }
+    void setRefusing(bool all) { refusing = all; }
 
     int processOutput(const char *tag, const char *line) override;
     void configurationChanged() override;
@@ -37,6 +41,7 @@ private:
     IOManager *ioManager;
     std::atomic<quint64> stored{0}; // the data thread writes both
     std::atomic<quint64> dropped{0};
+    std::atomic<bool> refusing{false}; // the data thread reads it
 };
 
 /// A module with three entries in another order than they are to be shown in. It notes what the host does to it in the

@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "display/celldelegate.h"
+
+#include <QApplication>
+#include <QFontMetricsF>
+#include <QPainter>
+#include <QScopeGuard>
+#include <QTableWidget>
+#include <QTextLayout>
+#include <QtMath>
+
+#include <algorithm>
+#include <cstring>
+#include <iterator>
+
+namespace {
+
+bool isKnown(const QStyle &style)
+{
+    const char *const name = style.metaObject()->className();
+    return std::strcmp(name, "QFusionStyle") == 0 || std::strcmp(name, "QWindowsStyle") == 0;
+}
+
+/// An opaque or transparent colour, or nothing at all; no pattern, gradient or picture.
+bool isPlain(const QVariant &brush)
+{
+    if (!brush.isValid())
+        return true;
+    return brush.userType() == QMetaType::QBrush && qvariant_cast<QBrush>(brush).style() == Qt::SolidPattern;
+}
+
+bool isPlain(const QStyleOptionViewItem &option)
+{
+    constexpr QStyle::State special = QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_Editing;
+    return (option.state & QStyle::State_Enabled) && !(option.state & special) && option.direction == Qt::LeftToRight
+        && option.showDecorationSelected && !(option.features & QStyleOptionViewItem::WrapText) && option.widget;
+}
+
+QColor textColour(const QStyleOptionViewItem &option, const QVariant &foreground)
+{
+    if (foreground.isValid())
+        return qvariant_cast<QBrush>(foreground).color();
+    const bool active = option.state & QStyle::State_Active;
+    return option.palette.color(active ? QPalette::Normal : QPalette::Inactive, QPalette::Text);
+}
+
+void fillBackground(QPainter &painter, const QRect &cell, const QVariant &background)
+{
+    if (!background.isValid())
+        return;
+    const QColor colour = qvariant_cast<QBrush>(background).color();
+    if (colour.alpha() != 0)
+        painter.fillRect(cell, colour);
+}
+
+/// The letters that measuresOf() measures. Others may carry accents upon accents, or be of another font or direction.
+constexpr char16_t plainLetters[][2] = {{u' ', u'~'}, {0xA1, 0xAC}, {0xAE, 0xFF}};
+
+bool isPlainText(const QString &text)
+{
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar letter) {
+        return std::any_of(std::begin(plainLetters), std::end(plainLetters), [letter](const auto &range) {
+            return letter.unicode() >= range[0] && letter.unicode() <= range[1];
+        });
+    });
+}
+
+/// A line of text in a cell, laid out as the style does it.
+class PlainText {
+public:
+    PlainText(const QString &text, const QFont &font, const QRect &itsRect, Qt::Alignment itsAlignment, int itsOverhang)
+        : rect(itsRect)
+        , alignment(itsAlignment)
+        , overhang(itsOverhang)
+        , layout(text, font)
+    {
+    }
+
+    /// False where the text is not one line, or has no room.
+    bool layOut()
+    {
+        QTextOption option;
+        option.setWrapMode(QTextOption::ManualWrap);
+        option.setTextDirection(Qt::LeftToRight);
+        option.setAlignment(QStyle::visualAlignment(Qt::LeftToRight, alignment));
+        layout.setTextOption(option);
+        layout.setCacheEnabled(true); // else the drawing shapes the text once more
+        layout.beginLayout();
+        QTextLine line = layout.createLine();
+        line.setLineWidth(rect.width());
+        const bool isOneLine = !layout.createLine().isValid();
+        layout.endLayout();
+        top = topOf(lineHeight());
+        return isOneLine && line.naturalTextWidth() <= rect.width() && hasRoomFor(lineHeight());
+    }
+    void draw(QPainter &painter) const { layout.draw(&painter, QPointF(rect.x(), top)); }
+
+    bool hasRoomFor(int height) const { return height + 2 * overhang <= rect.height(); }
+    int topOf(int height) const
+    {
+        return QStyle::alignedRect(Qt::LayoutDirectionAuto, alignment, QSize(rect.width(), height), rect).top();
+    }
+
+    const QRect rect;
+
+private:
+    int lineHeight() const { return layout.boundingRect().size().toSize().height(); }
+
+    const Qt::Alignment alignment;
+    const int overhang; ///< of the font's letters, upright [pixels]
+    QTextLayout layout;
+    int top = 0;
+};
+
+} // namespace
+
+CellDelegate::CellDelegate(QTableWidget *itsTable)
+    : QStyledItemDelegate(itsTable)
+    , table(*itsTable)
+    , ownStyleSheet(itsTable->styleSheet())
+{
+}
+
+void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const QTableWidgetItem *const item = table.item(index.row(), index.column());
+    const bool plain = isPlain(option) && styleIsKnown();
+    const bool done = plain && (!item || paintPlain(*painter, option, *item)); // no item: there is nothing to paint
+    if (!done)
+        QStyledItemDelegate::paint(painter, option, index);
+}
+
+bool CellDelegate::paintPlain(QPainter &painter, const QStyleOptionViewItem &option, const QTableWidgetItem &item) const
+{
+    for (const int role : {Qt::FontRole, Qt::DecorationRole, Qt::CheckStateRole}) {
+        if (item.data(role).isValid())
+            return false;
+    }
+    const QVariant background = item.data(Qt::BackgroundRole);
+    const QVariant foreground = item.data(Qt::ForegroundRole);
+    const QVariant display = item.data(Qt::DisplayRole);
+    if (!isPlain(background) || !isPlain(foreground))
+        return false;
+    if (!display.isValid()) {
+        fillBackground(painter, option.rect, background);
+        return true;
+    }
+    const QString text = display.userType() == QMetaType::QString ? display.toString() : QString();
+    if (!isPlainText(text))
+        return false;
+
+    const int margin = table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
+    const Measures &font = measuresOf(option.font);
+    if (font.sideways >= margin)
+        return false;
+    const QVariant ownAlignment = item.data(Qt::TextAlignmentRole);
+    const Qt::Alignment alignment(ownAlignment.isValid() ? ownAlignment.toInt() : int(option.displayAlignment));
+    if (!(alignment & Qt::AlignVCenter))
+        return false;
+
+    PlainText plain{text, option.font, option.rect.adjusted(margin, 0, -margin, 0), alignment, font.upright};
+    const bool asNumber = alignment == (Qt::AlignRight | Qt::AlignVCenter)
+        && font.numberGlyphs.fit(painter.deviceTransform()) && plain.hasRoomFor(font.numberGlyphs.height());
+    const QPen pen = painter.pen();
+    const auto restorePen = qScopeGuard([&] { painter.setPen(pen); });
+    const auto prepare = [&] {
+        fillBackground(painter, option.rect, background);
+        painter.setPen(textColour(option, foreground));
+    };
+    if (asNumber && font.numberGlyphs.takes(text, plain.rect.width())) {
+        prepare();
+        font.numberGlyphs.draw(painter, plain.rect, plain.topOf(font.numberGlyphs.height()), text);
+        return true;
+    }
+    if (!plain.layOut())
+        return false;
+    prepare();
+    plain.draw(painter);
+    return true;
+}
+
+bool CellDelegate::styleIsKnown() const
+{
+    // A style sheet of the application makes its style another one; those of the ancestors reach down to the cells.
+    if (table.testAttribute(Qt::WA_SetStyle) || !isKnown(*QApplication::style()) || table.styleSheet() != ownStyleSheet)
+        return false;
+    for (const QWidget *widget = table.parentWidget(); widget; widget = widget->parentWidget()) {
+        if (!widget->styleSheet().isEmpty())
+            return false;
+    }
+    return true;
+}
+
+const CellDelegate::Measures &CellDelegate::measuresOf(const QFont &font) const
+{
+    if (measures && measures->font == font)
+        return *measures;
+    const QFontMetricsF metrics(font);
+    qreal sideways = 0.0;
+    qreal upright = 0.0;
+    for (const auto &range : plainLetters) {
+        for (char16_t code = range[0]; code <= range[1]; ++code) {
+            const QChar letter(code);
+            const QRectF ink = metrics.boundingRect(letter);
+            sideways = std::max({sideways, -metrics.leftBearing(letter), -metrics.rightBearing(letter)});
+            upright = std::max({upright, -ink.top() - metrics.ascent(), ink.bottom() - metrics.descent()});
+        }
+    }
+    // The smoothing of the edges takes up to a pixel.
+    measures.emplace(Measures{font, qCeil(sideways) + 1, qCeil(upright) + 1, NumberGlyphs(font)});
+    return *measures;
+}

@@ -1,0 +1,98 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTableWidgetItem>
+
+/// A cell that keeps a number and makes its text only when somebody asks. To everybody else it is a plain item: a text
+/// that is set replaces the number, and so does an alignment that of its kind.
+class NumberItem : public QTableWidgetItem {
+public:
+    NumberItem &operator=(const NumberItem &other) = delete;
+
+    QVariant data(int role) const override;
+    void setData(int role, const QVariant &value) override;
+
+protected:
+    NumberItem(int type, Qt::Alignment alignment);
+    /// Takes the other's data and flags, but not its table.
+    NumberItem(const NumberItem &other);
+
+    virtual QString numberText() const = 0;
+    bool showsNumber() const { return numberShown; }
+    /// The number is the text from now on. Tells the table nothing: that is the caller's.
+    void setNumberShown() { numberShown = true; }
+
+private:
+    const Qt::Alignment alignment;
+    bool numberShown = false;
+};
+
+/// A coordinate or angle with two decimals, to the right.
+class CoordinateItem final : public NumberItem {
+public:
+    static constexpr int itemType = UserType + 1;
+
+    CoordinateItem();
+    explicit CoordinateItem(float number);
+
+    CoordinateItem *clone() const override { return new CoordinateItem(*this); }
+    /// Shows \a number, and tells whether anything changed: the same bits don't. The caller tells the table.
+    bool setNumber(float number);
+
+protected:
+    QString numberText() const override;
+
+private:
+    float number = 0.0F; ///< [mm] or [deg]
+};
+
+/// The id of a marker, in the middle.
+class MarkerIdItem final : public NumberItem {
+public:
+    static constexpr int itemType = UserType + 2;
+
+    /// \a format has a place "%1" for the \a id.
+    MarkerIdItem(QString format, qint32 id);
+
+    MarkerIdItem *clone() const override { return new MarkerIdItem(*this); }
+
+protected:
+    QString numberText() const override;
+
+private:
+    QString format;
+    qint32 id = 0;
+};
+
+/// A cell in the middle whose colours change seldom and are set often.
+class ColouredItem final : public QTableWidgetItem {
+public:
+    static constexpr int itemType = UserType + 3;
+
+    explicit ColouredItem(const QString &text);
+    ColouredItem(const ColouredItem &other);
+    ColouredItem &operator=(const ColouredItem &other) = delete;
+
+    ColouredItem *clone() const override { return new ColouredItem(*this); }
+    void setData(int role, const QVariant &value) override;
+    /// Set one colour, and tell whether it is another one than before.
+    bool setTextColour(Qt::GlobalColor colour) { return setColour(Qt::ForegroundRole, colour, textColour); }
+    bool setBackgroundColour(Qt::GlobalColor colour) { return setColour(Qt::BackgroundRole, colour, backgroundColour); }
+
+private:
+    bool setColour(int role, Qt::GlobalColor colour, int &known);
+
+    // What our own calls have set last; unknownColour where somebody else has set a brush.
+    static constexpr int unknownColour = -1;
+    int textColour = unknownColour;
+    int backgroundColour = unknownColour;
+};
+
+// The redraw finds its own items by their type. In cells where somebody has put others it uses those as plain ones.
+
+/// Shows \a number in \a item, and tells whether the item changed.
+bool setNumber(QTableWidgetItem &item, float number);
+/// Set colours of \a item, and tell whether the item changed.
+bool setBackground(QTableWidgetItem &item, Qt::GlobalColor colour);
+bool setColours(QTableWidgetItem &item, Qt::GlobalColor text, Qt::GlobalColor background);

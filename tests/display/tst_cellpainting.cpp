@@ -1,0 +1,230 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+
+#include "tests/display/panelbench.h"
+
+#include <QApplication>
+#include <QImage>
+#include <QStyleFactory>
+#include <QStyledItemDelegate>
+#include <QtTest>
+
+#include <functional>
+
+namespace {
+
+using Dressing = std::function<void(PanelBench &)>;
+
+/// Both tables of a panel as they look at \a scale device pixels per pixel.
+QImage picture(const QWidget &widget, double scale)
+{
+    QImage image((QSizeF(widget.size()) * scale).toSize(), QImage::Format_ARGB32_Premultiplied);
+    image.setDevicePixelRatio(scale);
+    image.fill(Qt::white);
+    const_cast<QWidget &>(widget).render(&image);
+    return image;
+}
+
+QByteArray lineOfBodies(int count, int frame)
+{
+    QByteArray line = "6di " + QByteArray::number(count);
+    for (int id = 0; id < count; ++id) {
+        const QByteArray state = QByteArray::number((id + frame) % 4);
+        const QByteArray position = QByteArray::number(id * 137.77 - 900.0 * frame) + " -0.001 "
+            + (id % 5 == 3 ? QByteArray("nan") : QByteArray::number(12345.678 / (id + 1)));
+        line += " [" + QByteArray::number(id) + ' ' + state + (id % 6 == 5 ? " -1][" : " 1][") + position
+            + "][0.75 0.649519 -0.125 -0.433013 0.625 0.649519 0.5 -0.433013 0.75]";
+    }
+    return line;
+}
+
+QByteArray lineOfMarkers(int count)
+{
+    QByteArray line = "3d " + QByteArray::number(count);
+    for (int id = 0; id < count; ++id)
+        line += " [" + QByteArray::number(id * 37) + " 1][" + QByteArray::number(id * 77.125 - 300) + " -7.5 1e"
+            + QByteArray::number(id % 9) + ']';
+    return line;
+}
+
+/// A panel with bodies of all colours, a reference, a body that isn't calibrated, long and foreign names, and markers.
+void fill(PanelBench &bench)
+{
+    bench.answerBodies(14);
+    bench.answer("tracking reference", "standard b02");
+    bench.answer("body calibrated standard b04", "no");
+    bench.answer("body desc standard b05", "A name that is much too long for the width of its column, however wide");
+    bench.answer("body desc standard b06", "\xC3\x84\xC3\x96\xC3\x9C \xC3\x9F \xC2\xB0");
+    bench.answer("body desc standard b07", "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D abc");
+    bench.answer("body desc standard b08", "two\nlines");
+    bench.answer("body desc standard b09", "a\tb");
+    bench.answer("body desc standard b10", "A\xCC\x81\xCC\x81\xCC\x81\xCC\x81 Z\xCC\xA7\xCC\xA7\xCC\xA7");
+    bench.createConfiguredPanel();
+    QCOMPARE(bench.send("6di", lineOfBodies(14, 0)), 0);
+    QCOMPARE(bench.send("3d", lineOfMarkers(20)), 0);
+    bench.panel->updateView6d();
+    bench.panel->updateView3d();
+}
+
+void setTableFonts(PanelBench &bench, const QFont &font)
+{
+    bench.table6d().setFont(font);
+    bench.table3d().setFont(font);
+}
+
+QFont sans(int points, bool italic = false)
+{
+    QFont font(QStringLiteral("Sans Serif"), points);
+    font.setBold(true);
+    font.setItalic(italic);
+    return font;
+}
+
+struct Look {
+    const char *name;
+    Dressing dress;
+};
+
+const Look looks[] = {
+    {"as it is", [](PanelBench &) {}},
+    {"a font that is too tall for the rows", [](PanelBench &bench) { setTableFonts(bench, sans(17)); }},
+    {"a small font", [](PanelBench &bench) { setTableFonts(bench, sans(6)); }},
+    {"an italic font", [](PanelBench &bench) { setTableFonts(bench, sans(10, true)); }},
+    {"a fixed font, not bold", [](PanelBench &bench) { setTableFonts(bench, QFont(QStringLiteral("Monospace"), 9)); }},
+    {"a font of 20 pixels underlined",
+     [](PanelBench &bench) {
+         QFont font(QStringLiteral("Serif"));
+         font.setPixelSize(15);
+         font.setUnderline(true);
+         setTableFonts(bench, font);
+     }},
+    {"disabled", [](PanelBench &bench) { bench.panel->setEnabled(false); }},
+    {"from right to left", [](PanelBench &bench) { bench.panel->setLayoutDirection(Qt::RightToLeft); }},
+    {"narrow columns",
+     [](PanelBench &bench) {
+         for (int column = 0; column < MarkerZColumn; ++column)
+             bench.table3d().setColumnWidth(column, 13 + 9 * column);
+         for (int column = 0; column < StretchColumn; ++column)
+             bench.table6d().setColumnWidth(column, 9 + 6 * column);
+     }},
+    {"selected cells",
+     [](PanelBench &bench) {
+         bench.table6d().setSelectionMode(QAbstractItemView::MultiSelection);
+         bench.table6d().selectRow(1);
+         bench.table6d().selectRow(4);
+     }},
+    {"a current cell",
+     [](PanelBench &bench) {
+         bench.table6d().setFocus();
+         bench.table6d().setCurrentCell(1, XColumn);
+     }},
+    {"cells of other kinds",
+     [](PanelBench &bench) {
+         QTableWidget &table = bench.table6d();
+         table.item(0, XColumn)->setIcon(table.style()->standardIcon(QStyle::SP_ComputerIcon));
+         table.item(1, XColumn)->setFont(sans(12));
+         table.item(2, XColumn)->setCheckState(Qt::Checked);
+         table.item(3, XColumn)->setData(Qt::DisplayRole, 2.5);
+         table.item(4, XColumn)->setBackground(QBrush(Qt::red, Qt::DiagCrossPattern));
+         table.item(5, XColumn)->setBackground(QLinearGradient(0, 0, 50, 20));
+         table.item(6, XColumn)->setBackground(QColor(10, 200, 30, 120));
+         table.item(7, XColumn)->setForeground(QColor(10, 20, 30, 120));
+         table.item(8, XColumn)->setTextAlignment(Qt::AlignTop | Qt::AlignLeft);
+         table.item(9, XColumn)->setTextAlignment(Qt::AlignBottom | Qt::AlignJustify);
+         table.item(0, YColumn)->setTextAlignment(int(Qt::AlignLeft));
+         table.item(1, YColumn)->setText(QString());
+         table.item(2, YColumn)->setFlags(Qt::NoItemFlags);
+         table.item(3, YColumn)->setForeground(QBrush(Qt::blue, Qt::Dense4Pattern));
+         table.item(4, YColumn)->setData(Qt::DisplayRole, QVariant());
+         table.item(5, YColumn)->setForeground(QBrush(Qt::NoBrush));
+         table.setAlternatingRowColors(true);
+     }},
+    {"a style sheet of the panel for cells",
+     [](PanelBench &bench) {
+         bench.panel->setStyleSheet(QStringLiteral("QTableView::item { padding: 4px; border: 1px solid red; }"));
+     }},
+    {"a style sheet of the table for cells",
+     [](PanelBench &bench) { bench.table6d().setStyleSheet(QStringLiteral("QTableView::item { color: magenta; }")); }},
+    {"a palette",
+     [](PanelBench &bench) {
+         QPalette palette(Qt::darkBlue);
+         palette.setColor(QPalette::Text, Qt::yellow);
+         bench.panel->setPalette(palette);
+     }},
+};
+
+} // namespace
+
+class TestCellPainting : public QObject {
+    Q_OBJECT
+
+private slots:
+    void sameAsTheStockDelegate_data();
+    void sameAsTheStockDelegate();
+    void anApplicationsStyleSheetCounts();
+};
+
+void TestCellPainting::sameAsTheStockDelegate_data()
+{
+    QTest::addColumn<QString>("style");
+    QTest::addColumn<int>("look");
+    for (const char *const style : {"Fusion", "Windows"}) {
+        int index = 0;
+        for (const Look &look : looks) {
+            QTest::newRow(qPrintable(QStringLiteral("%1: %2").arg(QLatin1String(style), QLatin1String(look.name))))
+                << QString::fromLatin1(style) << index;
+            ++index;
+        }
+    }
+}
+
+void TestCellPainting::sameAsTheStockDelegate()
+{
+    QFETCH(const QString, style);
+    QFETCH(const int, look);
+    QApplication::setStyle(style);
+    PanelBench bench;
+    fill(bench);
+    looks[look].dress(bench);
+    bench.panel->resize(1000, 420);
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    QAbstractItemDelegate *const own6d = bench.table6d().itemDelegate();
+    QAbstractItemDelegate *const own3d = bench.table3d().itemDelegate();
+    QStyledItemDelegate stock;
+    for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
+        bench.panel->resize(scale < 1.5 ? QSize(1000, 420) : QSize(1501, 333));
+        QCoreApplication::processEvents();
+        const QImage own = picture(*bench.panel, scale);
+        bench.table6d().setItemDelegate(&stock);
+        bench.table3d().setItemDelegate(&stock);
+        const QImage expected = picture(*bench.panel, scale);
+        bench.table6d().setItemDelegate(own6d);
+        bench.table3d().setItemDelegate(own3d);
+        QVERIFY2(own == expected, qPrintable(QStringLiteral("at the scale %1").arg(scale)));
+    }
+}
+
+void TestCellPainting::anApplicationsStyleSheetCounts()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    PanelBench bench;
+    fill(bench);
+    bench.panel->resize(1000, 420);
+    bench.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    const QImage before = picture(*bench.panel, 1.0);
+    qApp->setStyleSheet(QStringLiteral("QTableView::item { color: magenta; background: yellow; }"));
+    QCoreApplication::processEvents();
+    const QImage own = picture(*bench.panel, 1.0);
+    QStyledItemDelegate stock;
+    bench.table6d().setItemDelegate(&stock);
+    bench.table3d().setItemDelegate(&stock);
+    const QImage expected = picture(*bench.panel, 1.0);
+    qApp->setStyleSheet(QString());
+    QVERIFY(before != own);
+    QVERIFY(own == expected);
+}
+
+QTEST_MAIN(TestCellPainting)
+#include "tst_cellpainting.moc"

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+
+#include "module/datadisplaymodule.h"
+#include "tests/display/panelbench.h"
+
+#include <QAction>
+#include <QDockWidget>
+#include <QMainWindow>
+#include <QTranslator>
+#include <QtTest>
+
+namespace {
+
+/// Marks every text with the context through which it went.
+class MarkingTranslator : public QTranslator {
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char *context, const char *text, const char *, int) const override
+    {
+        return QLatin1String(context) + QLatin1Char('|') + QString::fromUtf8(text);
+    }
+};
+
+QStringList headerTexts(const QTableWidget &table)
+{
+    QStringList texts;
+    for (int column = 0; column < table.columnCount(); ++column)
+        texts << table.horizontalHeaderItem(column)->text();
+    return texts;
+}
+
+/// \a texts as a translator marks them for \a context.
+QStringList marked(const char *context, const QStringList &texts)
+{
+    QStringList result;
+    for (const QString &text : texts)
+        result << QLatin1String(context) + QLatin1Char('|') + text;
+    return result;
+}
+
+} // namespace
+
+/// What the operator reads can be translated, and what goes to the log and the backend can't.
+class TestTexts : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void cleanupTestCase();
+    void entry();
+    void form();
+    void headers();
+    void cells();
+    void logAndCommands();
+
+private:
+    MarkingTranslator translator;
+};
+
+void TestTexts::initTestCase()
+{
+    QVERIFY(QCoreApplication::installTranslator(&translator));
+}
+
+void TestTexts::cleanupTestCase()
+{
+    QCoreApplication::removeTranslator(&translator);
+}
+
+void TestTexts::entry()
+{
+    PanelBench bench;
+    QMainWindow window;
+    DataDisplayModule module;
+    module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&bench.host));
+    module.setModuleProperty(QStringLiteral("ModuleParent"), QVariant::fromValue<QWidget *>(&window));
+    module.setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&bench.versions));
+    const ModuleEntry &entry = *module.moduleEntries().first();
+    const QString description =
+        QStringLiteral("DataDisplayModule|Show tracking data of the 6DOF standard bodies and the 3DOF markers");
+    QCOMPARE(module.moduleName(), QStringLiteral("DataDisplayModule|GUI Data Display"));
+    QCOMPARE(module.moduleVersion(), QStringLiteral("v2.2.6"));
+    QCOMPARE(entry.menuName, QStringLiteral("DataDisplayModule|&View"));
+    QCOMPARE(entry.widget->windowTitle(), QStringLiteral("DataDisplayModule|Data Display"));
+    QCOMPARE(entry.action->text(), QStringLiteral("DataDisplayModule|&Data"));
+    QCOMPARE(entry.action->shortcut(), QKeySequence(QStringLiteral("DataDisplayModule|F10")));
+    QCOMPARE(entry.action->statusTip(), description);
+    QCOMPARE(entry.action->whatsThis(), description);
+}
+
+void TestTexts::form()
+{
+    PanelBench bench;
+    const DataDisplay &panel = bench.createPanel();
+    QCOMPARE(panel.windowTitle(), QStringLiteral("DataDisplayWidget|Form"));
+    QCOMPARE(bench.table6d().whatsThis(),
+             QStringLiteral("DataDisplayWidget|This is a list of all 'standard bodies' and their current tracking "
+                            "states. All coordinates are room coordinates."));
+    QCOMPARE(bench.table3d().whatsThis(),
+             QStringLiteral("DataDisplayWidget|This is a list of all 3d markers in room coordinates."));
+    QCOMPARE(bench.table6d().styleSheet(), QStringLiteral("QHeaderView::section{border: none; font: normal;}"));
+}
+
+void TestTexts::headers()
+{
+    PanelBench bench;
+    bench.createPanel();
+    const QStringList bodies{
+        QStringLiteral("Body ID"),   QStringLiteral("Name"),     QStringLiteral("Filter"),
+        QStringLiteral("Sensor ID"), QStringLiteral("x [mm]"),   QStringLiteral("y [mm]"),
+        QStringLiteral("z [mm]"),    QStringLiteral("rx [deg]"), QStringLiteral("ry [deg]"),
+        QStringLiteral("rz [deg]"),  QStringLiteral("Battery"),  QStringLiteral("Temp. [\u00B0C]")};
+    QCOMPARE(headerTexts(bench.table6d()), marked("DataDisplay", bodies) + QStringList{QString()});
+    const QStringList markers{QStringLiteral("3DOF ID"), QStringLiteral("x [mm]"), QStringLiteral("y [mm]"),
+                              QStringLiteral("z [mm]")};
+    QCOMPARE(headerTexts(bench.table3d()), marked("DataDisplay", markers));
+}
+
+void TestTexts::cells()
+{
+    PanelBench bench;
+    bench.answerBodies(1);
+    bench.answer("body calibrated standard b01", "no");
+    bench.createConfiguredPanel();
+    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
+             QStringLiteral("DataDisplay| This body is not yet calibrated."));
+    bench.send("3d", "3d 1 [12 1.0][1 2 3]");
+    bench.panel->updateView3d();
+    QCOMPARE(bench.table3d().item(0, MarkerIdColumn)->text(), QStringLiteral("DataDisplay|12"));
+    QCOMPARE(bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("1.00"));
+}
+
+void TestTexts::logAndCommands()
+{
+    PanelBench bench;
+    bench.answerBodies(1);
+    bench.answerHead();
+    bench.refuse("output available 6di");
+    bench.createPanel();
+    for (const QString &call : bench.takeCalls() + bench.reconfigure())
+        QVERIFY2(!call.contains(QLatin1Char('|')), qPrintable(call));
+}
+
+QTEST_MAIN(TestTexts)
+#include "tst_texts.moc"
