@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "backend/scenarios.h"
 
+#include "backend/plainfile.h"
 #include "backend/texts.h"
 
 #include <QDir>
@@ -27,7 +28,9 @@ ScenarioResult loadFile(const QString &fileName)
 {
     ScenarioResult result;
     QFile file(fileName);
-    if (file.size() > largestFile)
+    if (isPipeOrDevice(fileName))
+        result.error = Backend::tr("%1 cannot be read: it is a pipe or a device.").arg(fileName);
+    else if (file.size() > largestFile)
         result.error = Backend::tr("%1 is larger than 16 MiB.").arg(fileName);
     else if (file.open(QIODevice::ReadOnly))
         result = readScenario(file.readAll(), fileName);

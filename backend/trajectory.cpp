@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "backend/trajectory.h"
 
+#include "backend/plainfile.h"
 #include "backend/texts.h"
 
 #include <QFile>
@@ -57,7 +58,7 @@ Line parseLine(const QByteArray &text)
     if (std::abs(time) > latest)
         return refused(Backend::tr("the time is out of range"));
     const double length = std::hypot(std::hypot(qx, qy), std::hypot(qz, qw));
-    if (!(length > 0.0) || !std::isfinite(length))
+    if (!std::isnormal(length)) // denormal numbers are too coarse to be divided to length 1
         return refused(Backend::tr("the quaternion has no direction"));
 
     Line line;
@@ -121,6 +122,10 @@ QStringList TrajectoryResult::warnings(const QString &fileName) const
 TrajectoryResult loadTrajectory(const QString &fileName)
 {
     TrajectoryResult result;
+    if (isPipeOrDevice(fileName)) {
+        result.error = Backend::tr("%1 cannot be read: it is a pipe or a device.").arg(fileName);
+        return result;
+    }
     QFile file(fileName);
     if (!file.open(QIODevice::ReadOnly)) {
         result.error = Backend::tr("%1 cannot be read: %2.").arg(fileName, file.errorString());

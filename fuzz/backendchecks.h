@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+struct Scenario;
+
+/// Requires of a backend made from \a scenario that it answers as it promises (texts of at most 199 bytes in one line,
+/// and the same frame for the same time), that its lines read without a fault, and that commands do not end that.
+void checkBackend(const Scenario &scenario);
