@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDir>
+#include <QtGlobal>
+
+#include <malloc.h>
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+// GCC has the function, but not its header.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+#endif
+
+/// The bytes of the heap in use by this process.
+inline qint64 heapInUse()
+{
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+#else
+    const struct mallinfo2 figures = ::mallinfo2();
+    return static_cast<qint64>(figures.uordblks + figures.hblkhd);
+#endif
+}
+
+/// The number of open files, pipes and the like of this process.
+inline int openHandles()
+{
+    return QDir(QStringLiteral("/proc/self/fd"))
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+        .size();
+}

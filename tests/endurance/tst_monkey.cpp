@@ -1,0 +1,136 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "tests/endurance/amounts.h"
+#include "tests/endurance/monkey.h"
+
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QtTest>
+
+#include <csignal>
+#include <random>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t mostBytes = 20;
+
+std::array<char, 2 * mostBytes + 64> playing{}; // the sequence that is being played, for the last words of the process
+
+void tellSequence()
+{
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, playing.data(), qstrlen(playing.data()));
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// GCC has the function, but not its header.
+extern "C" void __sanitizer_set_death_callback(void (*callback)());
+
+void prepareLastWords()
+{
+    __sanitizer_set_death_callback(tellSequence);
+}
+
+#else
+
+extern "C" void tellAndDie(int signal)
+{
+    tellSequence();
+    std::signal(signal, SIG_DFL);
+    std::raise(signal);
+}
+
+void prepareLastWords()
+{
+    for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGTERM})
+        std::signal(signal, tellAndDie);
+}
+
+#endif
+
+QByteArray randomSequence(std::mt19937 &random)
+{
+    QByteArray bytes;
+    const std::size_t length = 4 + random() % (mostBytes - 4);
+    while (static_cast<std::size_t>(bytes.size()) < length)
+        bytes.append(static_cast<char>(random() & 0xffU));
+    return bytes;
+}
+
+void setPlaying(const QByteArray &bytes)
+{
+    const QByteArray text = "\nVORNAK_MONKEY=" + bytes.toHex() + " was being played\n";
+    std::copy_n(text.constData(), text.size() + 1, playing.begin());
+}
+
+} // namespace
+
+/// Calls, clicks, keys and lines in orders that nobody thought of. VORNAK_MONKEY=<hexadecimal bytes> plays one
+/// sequence again, VORNAK_MONKEY_SEED=<number> another series than the usual one.
+class TestMonkey : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void knownSequences_data();
+    void knownSequences();
+    void randomSequences();
+};
+
+void TestMonkey::initTestCase()
+{
+    prepareLastWords();
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // thousands, of the offscreen platform
+}
+
+void TestMonkey::knownSequences_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("unloaded inside the open menu") << QByteArray::fromHex("06001000");
+    QTest::newRow("unloaded inside the open dialog") << QByteArray::fromHex("0c001000");
+    QTest::newRow("unloaded and loaded inside the open dialog") << QByteArray::fromHex("0c0010001001");
+    QTest::newRow("reconfigured and cleared inside the open menu") << QByteArray::fromHex("060000030200");
+    QTest::newRow("the dialog from the menu, then unloaded") << QByteArray::fromHex("06000b001000");
+    if (qEnvironmentVariableIsSet("VORNAK_MONKEY"))
+        QTest::newRow("the given one") << QByteArray::fromHex(qgetenv("VORNAK_MONKEY"));
+}
+
+void TestMonkey::knownSequences()
+{
+    QFETCH(const QByteArray, bytes);
+    Monkey monkey;
+    setPlaying(bytes.left(mostBytes));
+    QCOMPARE(monkey.play(bytes), QString());
+    QVERIFY(monkey.stepsInside() > 0 || qEnvironmentVariableIsSet("VORNAK_MONKEY"));
+}
+
+void TestMonkey::randomSequences()
+{
+    bool isNumber = false;
+    const int givenSeed = qEnvironmentVariableIntValue("VORNAK_MONKEY_SEED", &isNumber);
+    std::mt19937 random(isNumber ? static_cast<unsigned>(givenSeed) : 20260U);
+    Monkey monkey;
+    const qint64 wanted = amount(10'000, 1'000'000);
+    const TimeLimit limit(15'000);
+    qint64 played = 0;
+    for (; played < wanted && !limit.isOver(); ++played) {
+        const QByteArray bytes = randomSequence(random);
+        setPlaying(bytes);
+        const QString problem = monkey.play(bytes);
+        QVERIFY2(problem.isEmpty(),
+                 qPrintable(QStringLiteral("VORNAK_MONKEY=%1, sequence %2: %3")
+                                .arg(QString::fromLatin1(bytes.toHex()))
+                                .arg(played)
+                                .arg(problem)));
+        if (played % 64 == 63)
+            monkey.unload();
+    }
+    qInfo("%lld of %lld sequences, %lld steps inside a menu or dialog", played, wanted, monkey.stepsInside());
+    QVERIFY(played > 0);
+    QVERIFY(monkey.stepsInside() > 0);
+}
+
+QTEST_MAIN(TestMonkey)
+#include "tst_monkey.moc"
