@@ -188,7 +188,7 @@ void TestFilterDialogActions::strengthIsTyped()
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, typed);
+        QTest::keyClicks(strength, QString(typed).replace(QLatin1Char('.'), strength->locale().decimalPoint()));
         QVERIFY(host.calls.isEmpty());
         QTest::keyClick(strength, Qt::Key_Tab);
         QCOMPARE(dialog->focusWidget(), child<QWidget>("spinBox_prediction"));

@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/scriptedhost.h"
 
+#include "host/commandformat.h"
+
 #include <QList>
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace {
@@ -42,12 +43,7 @@ void ScriptedHost::note(const QByteArray &call)
 
 QByteArray ScriptedHost::record(const char *operation, const char *format, std::va_list arguments)
 {
-    std::va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    QByteArray command(std::max(length, 0), '\0');
-    std::vsnprintf(command.data(), static_cast<std::size_t>(command.size()) + 1, format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     note(QByteArray(operation) + ' ' + command);
     formats.append(QByteArray(format));
     return command;
