@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/backend/clocale.h"
+
 #include <QByteArray>
 #include <QVector>
 
-#include <cstdlib>
 #include <cstring>
 
 /// An output line taken apart without anything of the library: its count and the numbers of its bracket blocks.
@@ -31,7 +32,7 @@ inline ReadLine readLine(const QByteArray &line, const QByteArray &tag)
             continue;
         QVector<double> numbers;
         for (const char *number = place + 1; *number != ']'; number = end) {
-            const double value = std::strtod(number, &end);
+            const double value = strtod_l(number, &end, cLocale());
             if (end == number)
                 return {};
             numbers.append(value);

@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/backend/clocale.h"
+
 #include <QByteArray>
 #include <QFile>
 #include <QVector>
 
 #include <array>
 #include <cmath>
-#include <cstdlib>
 
 /// One line of a trajectory file as it stands there.
 struct RecordedLine {
@@ -32,7 +33,7 @@ inline QVector<RecordedLine> readRecordedFile(const QString &fileName)
         const char *place = text.constData();
         for (double &number : numbers) {
             char *end = nullptr;
-            number = std::strtod(place, &end);
+            number = strtod_l(place, &end, cLocale());
             place = end;
         }
         lines.append(

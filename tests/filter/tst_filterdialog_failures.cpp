@@ -149,7 +149,8 @@ void TestFilterDialogFailures::act(const QByteArray &action)
     const auto type = [this](QWidget *spinBox, const char *text) {
         spinBox->setFocus();
         QMetaObject::invokeMethod(spinBox, "selectAll");
-        QTest::keyClicks(spinBox, QString::fromLatin1(text));
+        QTest::keyClicks(spinBox,
+                         QString::fromLatin1(text).replace(QLatin1Char('.'), spinBox->locale().decimalPoint()));
         child<QWidget>("pushButton_exit")->setFocus();
     };
     if (action == "active")
