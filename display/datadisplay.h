@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "data/angles.h"
 #include "data/trackingdata.h"
 #include "display/cellrange.h"
+#include "display/shownrow.h"
 #include "module/interface/requester.h"
 #include "ui_datadisplay.h"
 
@@ -13,7 +13,6 @@
 #include <QTimer>
 #include <QWidget>
 
-#include <array>
 #include <vector>
 
 class IOManager;
@@ -64,12 +63,6 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    /// A rotation and its angles.
-    struct KnownAngles {
-        std::array<float, 9> rotation{};
-        std::array<float, 3> angles = anglesOfRotation(rotation);
-    };
-
     const char *tag6d() const;
     void announceBodies() noexcept;
 
@@ -78,9 +71,12 @@ private:
     CellRange redraw6d();
     CellRange redraw3d(const QString &idFormat);
     void indexRecords();
+    void forgetShownRows();
+    void showInactive(int row, CellRange &changed);
     void showBody(int row, CellRange &changed);
-    const std::array<float, 3> &anglesOfRow(int row, const std::array<float, 9> &rotation);
+    void showPose(int row, const BodyRecord &record, CellRange &changed);
     void showCoordinate(int row, int column, float number, CellRange &changed);
+    void showReference(int row, CellRange &changed);
 
     void rebuildConfiguration();
     bool detectHeadRow();
@@ -116,7 +112,9 @@ private:
     QTimer viewTimer;
     QTimer sensorTimer;
     std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
-    std::vector<KnownAngles> knownAngles; ///< one per table row: bodies stand still more often than they turn
+    std::vector<ShownRow> shownRows; ///< one per table row
+    quint64 cellChanges = 0; ///< how often the 6DOF table has told of any change of its cells
+    quint64 knownCellChanges = 0; ///< as many as shownRows allow for: with any more the cells may be others
     qint32 numBodies = 0;
     bool hasHeadRow = false; ///< row 0 of the 6DOF table is the head target of a multi-user hand-held device
     bool inertialAvailable = false;

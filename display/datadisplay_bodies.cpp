@@ -57,6 +57,7 @@ void DataDisplay::rebuildConfiguration()
     tableWidget6d->setHeadRowPresent(hasHeadRow);
     buildInertialCells();
     readTrackingReference();
+    forgetShownRows();
     updateView6d();
     data.configured = true;
     data.clearBodies();

@@ -4,13 +4,11 @@
 #include "display/cellitems.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
-#include "display/samebits.h"
 #include "module/channel/version.h"
 
 #include <QHeaderView>
 #include <QSignalBlocker>
 
-#include <algorithm>
 #include <mutex>
 
 namespace {
@@ -61,6 +59,18 @@ void DataDisplay::setupTable6d()
     if (!versionAtLeast(*versions, 1, 12))
         tableWidget6d->hideColumn(FilterColumn);
     tableWidget6d->setItemDelegate(new CellDelegate(tableWidget6d));
+    // Every way in which cells become others.
+    const auto count = [this] { ++cellChanges; };
+    const QAbstractItemModel *const cells = tableWidget6d->model();
+    connect(cells, &QAbstractItemModel::dataChanged, this, count);
+    connect(cells, &QAbstractItemModel::modelReset, this, count);
+    connect(cells, &QAbstractItemModel::layoutChanged, this, count);
+    connect(cells, &QAbstractItemModel::rowsInserted, this, count);
+    connect(cells, &QAbstractItemModel::rowsRemoved, this, count);
+    connect(cells, &QAbstractItemModel::rowsMoved, this, count);
+    connect(cells, &QAbstractItemModel::columnsInserted, this, count);
+    connect(cells, &QAbstractItemModel::columnsRemoved, this, count);
+    connect(cells, &QAbstractItemModel::columnsMoved, this, count);
 }
 
 void DataDisplay::setupTable3d()
@@ -94,8 +104,11 @@ void DataDisplay::setupTable3d()
 void DataDisplay::updateView6d()
 {
     const CellRange changed = redraw6d();
-    if (!changed.isEmpty())
-        changed.tell(*tableWidget6d->model());
+    if (changed.isEmpty())
+        return;
+    changed.tell(*tableWidget6d->model());
+    if (cellChanges == knownCellChanges + 1) // and nobody else's, in answer to ours
+        knownCellChanges = cellChanges;
 }
 
 CellRange DataDisplay::redraw6d()
@@ -103,6 +116,8 @@ CellRange DataDisplay::redraw6d()
     const QSignalBlocker quiet(tableWidget6d->model()); // outlives the lock: nobody else's code runs under it
     const std::lock_guard lock(data.dataMutex); // over the whole redraw, so that every row shows the same frame
     indexRecords();
+    if (cellChanges != knownCellChanges)
+        forgetShownRows();
     CellRange changed;
     const int rows = tableWidget6d->rowCount();
     for (int row = 0; row < rows; ++row) {
@@ -111,8 +126,8 @@ CellRange DataDisplay::redraw6d()
             continue;
         if (calibrated && activeBodies.value(row))
             showBody(row, changed);
-        else if (setBackground(*tableWidget6d->item(row, BodyIdColumn), Qt::transparent))
-            changed.add(row, BodyIdColumn);
+        else
+            showInactive(row, changed);
     }
     return changed;
 }
@@ -121,7 +136,7 @@ void DataDisplay::indexRecords()
 {
     const auto rows = static_cast<std::size_t>(tableWidget6d->rowCount());
     recordOfRow.assign(rows, nullptr);
-    knownAngles.resize(rows);
+    shownRows.resize(rows);
     // Backwards, so that of several records with one id the first is the one that stays.
     for (auto record = data.bodyRecords.rbegin(); record != data.bodyRecords.rend(); ++record) {
         const auto row = static_cast<std::size_t>(record->id); // a negative id is beyond all rows
@@ -130,25 +145,62 @@ void DataDisplay::indexRecords()
     }
 }
 
+void DataDisplay::forgetShownRows()
+{
+    for (ShownRow &shown : shownRows)
+        shown.kind = ShownRow::Kind::Unknown;
+    knownCellChanges = cellChanges;
+}
+
+void DataDisplay::showInactive(int row, CellRange &changed)
+{
+    ShownRow &shown = shownRows[static_cast<std::size_t>(row)];
+    if (shown.kind == ShownRow::Kind::Inactive)
+        return;
+    shown.kind = ShownRow::Kind::Inactive;
+    if (setBackground(*tableWidget6d->item(row, BodyIdColumn), Qt::transparent))
+        changed.add(row, BodyIdColumn);
+}
+
 void DataDisplay::showBody(int row, CellRange &changed)
 {
     BodyRecord *const record = recordOfRow[static_cast<std::size_t>(row)];
-    QTableWidgetItem &idItem = *tableWidget6d->item(row, BodyIdColumn);
-    bool idChanged = false;
+    ShownRow &shown = shownRows[static_cast<std::size_t>(row)];
     if (!record || record->quality < 0.0F) {
-        idChanged = setColours(idItem, Qt::black, Qt::red); // and the last pose stays in the cells
+        if (shown.kind == ShownRow::Kind::Lost)
+            return;
+        shown.kind = ShownRow::Kind::Lost; // and the last pose stays in the cells
+        if (setColours(*tableWidget6d->item(row, BodyIdColumn), Qt::black, Qt::red))
+            changed.add(row, BodyIdColumn);
     } else {
-        idChanged = showState(idItem, record->state);
-        record->angles = anglesOfRow(row, record->rotation);
-        for (int i = 0; i < 3; ++i) {
-            const auto axis = static_cast<std::size_t>(i);
-            showCoordinate(row, XColumn + i, record->position[axis], changed);
-            showCoordinate(row, RxColumn + i, record->angles[axis], changed);
-        }
+        const bool isNew = shown.take(*record);
+        record->angles = shown.angles;
+        if (!isNew)
+            return;
+        showPose(row, *record, changed);
     }
-    if (idChanged)
-        changed.add(row, BodyIdColumn);
+    showReference(row, changed);
+}
 
+void DataDisplay::showPose(int row, const BodyRecord &record, CellRange &changed)
+{
+    if (showState(*tableWidget6d->item(row, BodyIdColumn), record.state))
+        changed.add(row, BodyIdColumn);
+    for (int i = 0; i < 3; ++i) {
+        const auto axis = static_cast<std::size_t>(i);
+        showCoordinate(row, XColumn + i, record.position[axis], changed);
+        showCoordinate(row, RxColumn + i, record.angles[axis], changed);
+    }
+}
+
+void DataDisplay::showCoordinate(int row, int column, float number, CellRange &changed)
+{
+    if (setNumber(*tableWidget6d->item(row, column), number))
+        changed.add(row, column);
+}
+
+void DataDisplay::showReference(int row, CellRange &changed)
+{
     QTableWidgetItem &nameItem = *tableWidget6d->item(row, NameColumn);
     bool nameChanged = false;
     if (row == referenceRow) {
@@ -162,20 +214,6 @@ void DataDisplay::showBody(int row, CellRange &changed)
     }
     if (nameChanged)
         changed.add(row, NameColumn);
-}
-
-const std::array<float, 3> &DataDisplay::anglesOfRow(int row, const std::array<float, 9> &rotation)
-{
-    KnownAngles &known = knownAngles[static_cast<std::size_t>(row)];
-    if (!std::equal(rotation.begin(), rotation.end(), known.rotation.begin(), sameBits))
-        known = {rotation, anglesOfRotation(rotation)};
-    return known.angles;
-}
-
-void DataDisplay::showCoordinate(int row, int column, float number, CellRange &changed)
-{
-    if (setNumber(*tableWidget6d->item(row, column), number))
-        changed.add(row, column);
 }
 
 void DataDisplay::updateView3d()

@@ -7,9 +7,11 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -41,6 +43,23 @@ public:
         return line;
     }
 
+    /// The bodies of \a records again, some of them lost or found, in another state or place, most just as they were.
+    QByteArray nearlySameBodyLine(std::vector<BodyRecord> &records)
+    {
+        QByteArray line = "6di " + QByteArray::number(static_cast<int>(records.size()));
+        for (BodyRecord &record : records) {
+            if (below(5) == 0)
+                record.quality = -record.quality;
+            if (below(5) == 0)
+                record.state = below(6) - 1;
+            if (below(5) == 0)
+                text(record.position[static_cast<std::size_t>(below(3))]);
+            line += " [" + QByteArray::number(record.id) + ' ' + QByteArray::number(record.state) + ' '
+                + textOf(record.quality) + "][" + textsOf(record.position) + "][" + textsOf(record.rotation) + ']';
+        }
+        return line;
+    }
+
     QByteArray markerLine(std::vector<MarkerRecord> &records)
     {
         records.assign(static_cast<std::size_t>(below(30)), MarkerRecord());
@@ -59,6 +78,21 @@ private:
         constexpr qint32 ids[] = {-1, 1'000'000, std::numeric_limits<qint32>::min(),
                                   std::numeric_limits<qint32>::max()};
         return ids[below(4)];
+    }
+
+    static QByteArray textOf(float number)
+    {
+        std::array<char, 32> text{};
+        std::to_chars(text.begin(), text.end(), number); // keeps the sign of a zero
+        return text.data();
+    }
+
+    template<std::size_t Count> static QByteArray textsOf(const std::array<float, Count> &numbers)
+    {
+        QByteArrayList words;
+        for (const float number : numbers)
+            words << textOf(number);
+        return join(words);
     }
 
     template<std::size_t Count> QByteArray texts(std::array<float, Count> &numbers)
@@ -124,6 +158,9 @@ private slots:
     void markersAreToldOnce();
     void changesAreToldWithoutTheLock();
     void whatOthersPutIntoCellsIsReplaced();
+    void whatOthersPutThereInAnswerIsReplaced();
+    void coloursOfOthersAreReplaced_data();
+    void coloursOfOthersAreReplaced();
     void stillBodiesAreNotRepainted();
 };
 
@@ -173,8 +210,10 @@ void TestRedraw::bodiesAsAPlainRedrawShowsThem()
     }
     RandomFrames frames(static_cast<unsigned>(bodies));
     std::vector<BodyRecord> records;
-    for (int frame = 0; frame < 300; ++frame) {
-        QCOMPARE(bench.send("6di", frames.bodyLine(bench.table6d().rowCount(), records)), 0);
+    for (int frame = 0; frame < 600; ++frame) {
+        const QByteArray line =
+            frame % 4 == 0 ? frames.bodyLine(bench.table6d().rowCount(), records) : frames.nearlySameBodyLine(records);
+        QCOMPARE(bench.send("6di", line), 0);
         panel.updateView6d();
         plain.redraw(records);
         QCOMPARE(cellsOf(bench.table6d()), cellsOf(plain.table));
@@ -306,6 +345,51 @@ void TestRedraw::whatOthersPutIntoCellsIsReplaced()
     QCOMPARE(bench.foreground(0, BodyIdColumn), QBrush(Qt::black));
     QCOMPARE(bench.background(1, BodyIdColumn), QBrush(Qt::green));
     QCOMPARE(bench.text(1, NameColumn), QStringLiteral("Body 2"));
+}
+
+void TestRedraw::whatOthersPutThereInAnswerIsReplaced()
+{
+    PanelBench bench;
+    bench.answerBodies(2);
+    DataDisplay &panel = bench.createConfiguredPanel();
+    QTableWidgetItem &cell = *bench.table6d().item(0, XColumn);
+    bool answers = true;
+    connect(bench.table6d().model(), &QAbstractItemModel::dataChanged, this, [&] {
+        if (std::exchange(answers, false))
+            cell.setText(QStringLiteral("?"));
+    });
+    QCOMPARE(bench.send("6di", twoBodies), 0);
+    panel.updateView6d();
+    QCOMPARE(cell.text(), QStringLiteral("?"));
+    panel.updateView6d();
+    QCOMPARE(cell.text(), QStringLiteral("1.00"));
+}
+
+void TestRedraw::coloursOfOthersAreReplaced_data()
+{
+    QTest::addColumn<QByteArray>("active");
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QBrush>("expected");
+    QTest::newRow("tracked") << QByteArray("yes") << QByteArray(twoBodies) << QBrush(Qt::green);
+    QTest::newRow("lost") << QByteArray("yes") << QByteArray("6di 0 ") << QBrush(Qt::red);
+    QTest::newRow("inactive") << QByteArray("no") << QByteArray(twoBodies) << QBrush(Qt::transparent);
+}
+
+void TestRedraw::coloursOfOthersAreReplaced()
+{
+    QFETCH(const QByteArray, active);
+    QFETCH(const QByteArray, line);
+    PanelBench bench;
+    bench.answerBodies(2);
+    bench.answer("body active standard b01", active);
+    DataDisplay &panel = bench.createConfiguredPanel();
+    QCOMPARE(bench.send("6di", line), 0);
+    panel.updateView6d();
+    for (int round = 0; round < 2; ++round) {
+        bench.table6d().item(0, BodyIdColumn)->setBackground(Qt::magenta);
+        panel.updateView6d();
+        QTEST(bench.background(0, BodyIdColumn), "expected");
+    }
 }
 
 void TestRedraw::stillBodiesAreNotRepainted()
