@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "bench/livelines.h"
+#include "bench/lockwatch.h"
 #include "bench/naivetables.h"
 #include "bench/stopwatch.h"
 #include "tests/display/panelbench.h"
@@ -90,12 +91,22 @@ template<typename Tables> struct Rival {
     bool received = false;
 };
 
-/// The slot alone, which holds the lock from its start nearly to its end.
+/// The time with the lock held alone, which is nearly the whole of a redraw.
+template<typename Prepare, typename Redraw> void timeLock(benchmark::State &state, Prepare prepared, Redraw redrawn)
+{
+    for ([[maybe_unused]] auto iteration : state) {
+        prepared();
+        takeLockedSeconds();
+        redrawn();
+        state.SetIterationTime(takeLockedSeconds());
+    }
+}
+
 template<typename Side> void redraw6d(benchmark::State &state, int bodies, Motion motion)
 {
     Side side(bodies, 1);
     side.show();
-    timeEach(
+    timeLock(
         state, [&] { side.receive(motion); }, [&] { side.update6d(); });
 }
 
@@ -103,7 +114,7 @@ template<typename Side> void redraw3d(benchmark::State &state, int markers)
 {
     Side side(1, markers);
     side.show();
-    timeEach(
+    timeLock(
         state, [&] { side.receive(Motion::Moving); }, [&] { side.update3d(); });
 }
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "bench/livelines.h"
+#include "bench/lockwatch.h"
 #include "bench/naivetables.h"
 #include "tests/display/panelbench.h"
 
@@ -19,24 +20,23 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int tickMilliseconds = 200;
 constexpr int runMilliseconds = 15 * tickMilliseconds;
 
-/// Times what hangs on the timers of this thread: the two redraws, with the lock held nearly all the time.
+/// Times how long what hangs on a timer of this thread, the two redraws, holds the lock.
 class TickWatch : public QObject {
 public:
-    std::vector<double> milliseconds;
+    std::vector<double> milliseconds; ///< of each tick
 
     bool eventFilter(QObject *object, QEvent *event) override
     {
         if (busy || event->type() != QEvent::Timer || object->metaObject() != &QTimer::staticMetaObject)
             return false;
         busy = true;
-        const auto start = Clock::now();
+        takeLockedSeconds();
         object->event(event);
-        milliseconds.push_back(Milliseconds(Clock::now() - start).count());
+        milliseconds.push_back(takeLockedSeconds() * 1000.0);
         busy = false;
         return true;
     }
