@@ -34,6 +34,16 @@ void LineThread::post(const QByteArray &tag, const QByteArray &line, int repeats
     changed.notify_all();
 }
 
+void LineThread::post(const std::vector<Line> &lines)
+{
+    {
+        const std::lock_guard lock(mutex);
+        for (const Line &line : lines)
+            tasks.push_back({line.tag, line.text, 1, true});
+    }
+    changed.notify_all();
+}
+
 int LineThread::deliver(const QByteArray &tag, const QByteArray &line)
 {
     post(tag, line, 1, false);
@@ -68,7 +78,8 @@ void LineThread::run()
         perform(task);
         lock.lock();
         busy = false;
-        changed.notify_all();
+        if (tasks.empty())
+            changed.notify_all();
     }
 }
 

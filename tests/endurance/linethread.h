@@ -8,12 +8,18 @@
 #include <deque>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 class Requester;
 
 /// A host's data thread: delivers lines to a requester, one after the other.
 class LineThread {
 public:
+    struct Line {
+        QByteArray tag;
+        QByteArray text;
+    };
+
     LineThread();
     ~LineThread();
     LineThread(const LineThread &) = delete;
@@ -23,6 +29,8 @@ public:
     void setRequester(Requester *requester);
     /// Delivers a line \a repeats times, without waiting for it. A \a good line must be taken, by the result 0.
     void post(const QByteArray &tag, const QByteArray &line, int repeats, bool good);
+    /// Delivers \a lines, all of them good, in order and without waiting for them.
+    void post(const std::vector<Line> &lines);
     /// Delivers a line after all that were posted, and returns its result.
     int deliver(const QByteArray &tag, const QByteArray &line);
     /// Waits until everything is delivered.
