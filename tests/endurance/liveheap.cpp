@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "tests/endurance/liveheap.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <atomic>
+#include <cerrno>
+#include <cstddef>
+#include <cstring>
+
+#include <malloc.h>
+
+QString LiveHeap::changesSince(const LiveHeap &earlier) const
+{
+    QStringList changes;
+    for (std::size_t size = 0; size < sizeCount; ++size) {
+        const qint64 more = blocksOfSize[size] - earlier.blocksOfSize[size];
+        if (more != 0)
+            changes << QString::asprintf("%+lld of %zu bytes", static_cast<long long>(more), size * stepOfSize);
+    }
+    return changes.join(QLatin1String(", "));
+}
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+// GCC has the function, but not its header.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+
+LiveHeap LiveHeap::now()
+{
+    LiveHeap heap;
+    heap.liveBytes = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
+    return heap;
+}
+
+#else
+
+namespace {
+
+std::atomic<qint64> bytesInUse{0};
+std::array<std::atomic<qint64>, LiveHeap::sizeCount> counts{};
+
+/// Behind each block, at the end of what the C library gave for it: the size that was asked for. The size given depends
+/// on which remainder was at hand.
+constexpr std::size_t footer = sizeof(std::size_t);
+
+char *footerOf(void *block)
+{
+    return static_cast<char *>(block) + ::malloc_usable_size(block) - footer;
+}
+
+void count(std::size_t size, qint64 sign)
+{
+    const std::size_t place =
+        std::min((size + LiveHeap::stepOfSize - 1) / LiveHeap::stepOfSize, LiveHeap::sizeCount - 1);
+    bytesInUse.fetch_add(sign * static_cast<qint64>(size), std::memory_order_relaxed);
+    counts[place].fetch_add(sign, std::memory_order_relaxed);
+}
+
+/// Counts a \a block, which has room for its footer.
+void *counted(void *block, std::size_t size)
+{
+    if (!block)
+        return nullptr;
+    std::memcpy(footerOf(block), &size, footer);
+    count(size, 1);
+    return block;
+}
+
+std::size_t sizeOf(void *block)
+{
+    std::size_t size = 0;
+    std::memcpy(&size, footerOf(block), footer);
+    return size;
+}
+
+} // namespace
+
+LiveHeap LiveHeap::now()
+{
+    LiveHeap heap;
+    heap.liveBytes = bytesInUse;
+    for (std::size_t size = 0; size < sizeCount; ++size) {
+        heap.blocksOfSize[size] = counts[size];
+        heap.liveBlocks += heap.blocksOfSize[size];
+    }
+    return heap;
+}
+
+// The executable's definitions replace those of the C library for every library of the process; operator new and
+// Qt's containers come here too.
+extern "C" {
+
+void *__libc_malloc(std::size_t size) noexcept;
+void *__libc_calloc(std::size_t number, std::size_t each) noexcept;
+void *__libc_realloc(void *block, std::size_t size) noexcept;
+void *__libc_memalign(std::size_t alignment, std::size_t size) noexcept;
+void __libc_free(void *block) noexcept;
+
+Q_DECL_EXPORT void *malloc(std::size_t size) noexcept
+{
+    return counted(__libc_malloc(size + footer), size);
+}
+
+Q_DECL_EXPORT void *calloc(std::size_t number, std::size_t each) noexcept
+{
+    std::size_t size = 0;
+    if (__builtin_mul_overflow(number, each, &size))
+        return nullptr;
+    return counted(__libc_calloc(1, size + footer), size);
+}
+
+Q_DECL_EXPORT void *realloc(void *block, std::size_t size) noexcept
+{
+    if (!block)
+        return malloc(size);
+    const std::size_t sizeBefore = sizeOf(block);
+    void *const moved = __libc_realloc(block, size + footer);
+    if (moved)
+        count(sizeBefore, -1);
+    return counted(moved, size);
+}
+
+Q_DECL_EXPORT void *memalign(std::size_t alignment, std::size_t size) noexcept
+{
+    return counted(__libc_memalign(alignment, size + footer), size);
+}
+
+Q_DECL_EXPORT void *aligned_alloc(std::size_t alignment, std::size_t size) noexcept
+{
+    return memalign(alignment, size);
+}
+
+Q_DECL_EXPORT int posix_memalign(void **block, std::size_t alignment, std::size_t size) noexcept
+{
+    void *const made = memalign(alignment, size);
+    if (!made)
+        return ENOMEM;
+    *block = made;
+    return 0;
+}
+
+Q_DECL_EXPORT void free(void *block) noexcept
+{
+    if (!block)
+        return;
+    count(sizeOf(block), -1);
+    __libc_free(block);
+}
+}
+
+#endif

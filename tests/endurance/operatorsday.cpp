@@ -1,0 +1,214 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "tests/endurance/operatorsday.h"
+
+#include "display/sensorschedule.h"
+#include "display/zeltablewidget.h"
+#include "tests/display/openwidgets.h"
+#include "tests/endurance/liveheap.h"
+#include "tests/endurance/movingtarget.h"
+#include "tests/filter/filterscript.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QContextMenuEvent>
+#include <QPixmapCache>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include <vector>
+
+namespace {
+
+constexpr int redrawsPerSecond = 5;
+constexpr int framesPerRedraw = MovingTarget::framesPerSecond / redrawsPerSecond;
+constexpr int fewBodies = 6;
+constexpr int manyBodies = 8;
+constexpr int secondsOfRound = 600;
+constexpr int roundsOfHour = 6;
+constexpr int presetRow = 1;
+
+/// So that every look fills the same caches of Qt's.
+void waitUntilPainted(QWidget &window)
+{
+    if (!QTest::qWaitForWindowExposed(&window))
+        qFatal("a window does not show");
+    window.repaint();
+}
+
+} // namespace
+
+OperatorsDay::OperatorsDay(const PanelTimers &knownTimers)
+    : bench(2, 0)
+    , timers(knownTimers)
+{
+    ScriptedHost filters;
+    scriptFilters(filters);
+    bench.answerBodies(manyBodies);
+    bench.answerSensors({2, 4});
+    for (auto answer = filters.answers.cbegin(); answer != filters.answers.cend(); ++answer) {
+        if (!bench.host.answers.contains(answer.key()))
+            bench.host.answers.insert(answer.key(), answer.value());
+    }
+    QCoreApplication::instance()->installEventFilter(this);
+    bench.createPanel();
+    bench.panel->resize(1100, 500);
+    bench.panel->show();
+    lines.setRequester(bench.panel.get());
+    configure(manyBodies);
+}
+
+/// The panel's own clocks: time is simulated.
+bool OperatorsDay::eventFilter(QObject *receiver, QEvent *event)
+{
+    return event->type() == QEvent::Timer && bench.panel
+        && (receiver == &timers.viewTimer(*bench.panel) || receiver == &timers.sensorTimer(*bench.panel));
+}
+
+void OperatorsDay::runHour()
+{
+    qint64 before = 0;
+    for (int round = 0; round < roundsOfHour; ++round) {
+        runRound(round == 0);
+        if (round == 1)
+            before = LiveHeap::now().bytes(); // the round after the dialog may still undo something of it
+    }
+    growth = LiveHeap::now().bytes() - before;
+}
+
+void OperatorsDay::runRound(bool withFilter)
+{
+    for (int second = 0; second < secondsOfRound; ++second) {
+        actAt(second, withFilter);
+        runSecond();
+        passOverSensors(second);
+        runEvents();
+        bench.host.takeCalls();
+    }
+    rest();
+}
+
+void OperatorsDay::actAt(int secondOfRound, bool withFilter)
+{
+    switch (secondOfRound) {
+    case 60:
+        return configure(fewBodies);
+    case 120:
+        return bench.panel->hide();
+    case 140:
+        return bench.panel->show();
+    case 180:
+        return withFilter ? lookAtMenu() : void();
+    case 200:
+        return withFilter ? lookAtFilter() : void();
+    case 260:
+        return bench.panel->clearData();
+    case 265:
+        return configure(manyBodies);
+    case 520:
+        return bench.answer("inertial sensor_present d01", "no");
+    case 560:
+        return bench.answer("inertial sensor_present d01", "yes");
+    default:
+        return;
+    }
+}
+
+void OperatorsDay::configure(int newBodies)
+{
+    bodies = newBodies;
+    bench.answer(QStringLiteral("standard number_of_bodies"), QString::number(bodies));
+    bench.answer("tracking reference", bodies == manyBodies ? "standard b03" : "none");
+    bench.panel->configurationChanged();
+    nextSensorPass = seconds * 1000 + firstSensorInterval;
+}
+
+void OperatorsDay::lookAtMenu()
+{
+    bench.panel->findChild<ZelTableWidget *>()->onCellPressed(presetRow, FilterColumn);
+    whenOpen(openMenu, [this](QWidget *menu) {
+        ++menuCount;
+        waitUntilPainted(*menu);
+        menu->close();
+    });
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5));
+    QCoreApplication::sendEvent(bench.table6d().viewport(), &event);
+}
+
+void OperatorsDay::lookAtFilter()
+{
+    scriptBody(bench.host, "standard b02", "preset6d_custom", "0.50", "0.020", "mode6d_static");
+    auto *const table = bench.panel->findChild<ZelTableWidget *>();
+    table->onCellPressed(presetRow, FilterColumn);
+    whenOpen(openDialog, [this](QWidget *dialog) {
+        ++dialogCount;
+        waitUntilPainted(*dialog);
+        QTest::keyClick(dialog->findChild<QComboBox *>(QStringLiteral("comboBox_preset")), Qt::Key_Up);
+        dialog->findChild<QPushButton *>(QStringLiteral("pushButton_exit"))->click();
+    });
+    table->displayFilterDlg();
+}
+
+void OperatorsDay::runSecond()
+{
+    for (int i = 0; i < redrawsPerSecond; ++i) {
+        deliverFrames(frame, framesPerRedraw);
+        frame += framesPerRedraw;
+        redraw();
+    }
+    ++seconds;
+}
+
+void OperatorsDay::deliverFrames(qint64 first, int count)
+{
+    std::vector<LineThread::Line> due;
+    for (qint64 number = first; number < first + count; ++number) {
+        due.push_back({"6di", MovingTarget::bodyLine(number, bodies)});
+        due.push_back({"3d", MovingTarget::markerLine(number)});
+    }
+    lines.post(due);
+    lines.drain(); // a line that meets a redraw is dropped, and the rounds would differ
+    sent += due.size();
+}
+
+void OperatorsDay::redraw()
+{
+    if (!timers.viewTimer(*bench.panel).isActive())
+        return;
+    bench.panel->updateView6d();
+    bench.panel->updateView3d();
+    ++redrawCount;
+}
+
+void OperatorsDay::passOverSensors(int secondOfRound)
+{
+    const QTimer &timer = timers.sensorTimer(*bench.panel);
+    if (!timer.isActive() || seconds * 1000 < nextSensorPass)
+        return;
+    bench.answer(QStringLiteral("inertial sensor_battery d02"), QString::number(0.2 + 0.1 * (secondOfRound % 8)));
+    bench.panel->timerUpdateInertialSensorInfo();
+    nextSensorPass += timer.interval();
+    ++sensorPassCount;
+}
+
+void OperatorsDay::rest()
+{
+    deliverFrames(0, 1);
+    redraw();
+    for (int i = 0; i < 5; ++i) { // what is deferred may defer more
+        bool isDone = false;
+        QTimer::singleShot(0, this, [&] { isDone = true; });
+        while (!isDone) // with the timers of the tables' layouts
+            runEvents();
+    }
+    bench.host.takeCalls();
+    QPixmapCache::clear(); // which Qt empties by the clock on the wall, and fills anew
+}
+
+/// As the event loop of a host does it: what was to be deleted later is deleted.
+void OperatorsDay::runEvents()
+{
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}

@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "tests/endurance/amounts.h"
+#include "tests/endurance/liveheap.h"
+#include "tests/endurance/operatorsday.h"
+#include "tests/endurance/processfigures.h"
+
+#include <QAbstractEventDispatcher>
+#include <QApplication>
+#include <QLoggingCategory>
+#include <QtTest>
+
+namespace {
+
+constexpr int hoursPerDay = 24;
+constexpr qint64 mostBytesPerDay = 64 * 1024; // with what Qt keeps of each filter dialog
+
+/// What must be the same after each round.
+struct Figures {
+    int handles = 0;
+    int timers = 0; ///< QTimer objects below the panel
+    int activeTimers = 0; ///< of the panel and of all below it
+    int widgets = 0;
+    int children = 0; ///< objects below the panel
+
+    bool operator==(const Figures &other) const
+    {
+        return handles == other.handles && timers == other.timers && activeTimers == other.activeTimers
+            && widgets == other.widgets && children == other.children;
+    }
+    QString text() const
+    {
+        return QStringLiteral("%1 handles, %2 timers, %3 active, %4 widgets, %5 children")
+            .arg(handles)
+            .arg(timers)
+            .arg(activeTimers)
+            .arg(widgets)
+            .arg(children);
+    }
+};
+
+Figures figuresOf(const DataDisplay &panel, const PanelTimers &timers)
+{
+    Figures figures;
+    const QObjectList children = panel.findChildren<QObject *>();
+    figures.handles = openHandles();
+    figures.timers = panel.findChildren<QTimer *>().size();
+    for (QObject *const child : children)
+        figures.activeTimers += QAbstractEventDispatcher::instance()->registeredTimers(child).size();
+    for (const QTimer *const timer : {&timers.viewTimer(panel), &timers.sensorTimer(panel)})
+        figures.activeTimers += timer->isActive() ? 1 : 0;
+    figures.widgets = QApplication::allWidgets().size();
+    figures.children = children.size();
+    return figures;
+}
+
+} // namespace
+
+/// Days of work of one panel, in simulated time.
+class TestSoak : public QObject {
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void daysGoByWithoutATrace();
+
+private:
+    PanelTimers timers;
+};
+
+void TestSoak::initTestCase()
+{
+    QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of the offscreen platform
+    QVERIFY(timers.learn());
+}
+
+/// In the first hour Qt fills its caches. After that nothing grows, but where the filter dialog was open: Qt's style
+/// sheets don't forget the line edit inside a spin box, 240 bytes each, until another comes to lie at its address.
+void TestSoak::daysGoByWithoutATrace()
+{
+    const qint64 wanted = amount(1, 7 * hoursPerDay);
+    const TimeLimit limit(20'000);
+    OperatorsDay day(timers);
+    const DataDisplay &panel = *day.bench.panel;
+    day.runHour();
+    const Figures figures = figuresOf(panel, timers);
+    const LiveHeap start = LiveHeap::now();
+    const qint64 startInUse = heapInUse();
+
+    LiveHeap end = start;
+    qint64 hours = 0;
+    while (hours < wanted && (hours == 0 || !limit.isOver())) {
+        day.runHour();
+        ++hours;
+        end = LiveHeap::now();
+        const Figures now = figuresOf(panel, timers);
+        QVERIFY2(now == figures, qPrintable(now.text() + QStringLiteral(" after ") + figures.text()));
+        QVERIFY2(day.growthWithoutFilter() <= 0, qPrintable(QString::number(day.growthWithoutFilter())));
+        QVERIFY2(end.bytes() - start.bytes() <= hours * mostBytesPerDay / hoursPerDay,
+                 qPrintable(end.changesSince(start)));
+        QCOMPARE(day.linesRefused(), 0);
+        QCOMPARE(panel.storedLines(), day.linesSent());
+        QCOMPARE(day.bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("900.00"));
+        QCOMPARE(day.dialogsOpened(), hours + 1);
+        QCOMPARE(day.menusOpened(), hours + 1);
+    }
+    qInfo("%lld of %lld simulated hours after the first one: heap %+lld bytes in %+lld blocks, %+lld bytes by the C "
+          "library's own figures; %s; in all %llu lines, %lld redraws, %lld sensor passes, %lld dialogs",
+          hours, wanted, end.bytes() - start.bytes(), end.blocks() - start.blocks(), heapInUse() - startInUse,
+          qPrintable(figures.text()), day.linesSent(), day.redraws(), day.sensorPasses(), day.dialogsOpened());
+}
+
+QTEST_MAIN(TestSoak)
+#include "tst_soak.moc"
