@@ -5,11 +5,17 @@
 #include <QElapsedTimer>
 #include <QtGlobal>
 
+#include <cstdlib>
+
 /// Whether the long variant of the tests is asked for: the environment variable VORNAK_LONG is 1.
 inline bool isLongRun()
 {
     return qEnvironmentVariableIntValue("VORNAK_LONG") == 1;
 }
+
+/// Qt Test ends a function after five minutes, unless told otherwise before the first one runs.
+inline const bool watchdogIsTold =
+    isLongRun() && ::setenv("QTEST_FUNCTION_TIMEOUT", "2000000000", /*overwrite*/ 0) == 0; // [ms]
 
 /// How often something is repeated: \a perChange, a tenth of it (at least 1) under a sanitizer, \a whole in a long run.
 inline qint64 amount(qint64 perChange, qint64 whole)
