@@ -82,6 +82,7 @@ try {
 void DataDisplay::clearData() noexcept
 try {
     viewTimer.stop();
+    untold6d = {};
     tableWidget6d->setRowCount(0);
     tableWidget3d->setRowCount(0);
     data.clear();

@@ -51,12 +51,14 @@ signals:
     void shallUpdateView6d();
 
 public slots:
-    void onUpdateFilterActiveStatus(int iBodyIdx); ///< reads the filter state of a table row anew
-    void updateView3d();
-    void updateView6d();
+    // None of them throws, as Qt's event loop lets no exception pass: where memory runs out, the cells not yet reached
+    // stay as they are, and the next tick of the timer tries again.
+    void onUpdateFilterActiveStatus(int iBodyIdx) noexcept; ///< reads the filter state of a table row anew
+    void updateView3d() noexcept;
+    void updateView6d() noexcept;
     /// One polling pass over the inertial sensors. The \a first after a configuration shows them all as absent.
-    void updateInertialSensorInfo(bool first);
-    void timerUpdateInertialSensorInfo();
+    void updateInertialSensorInfo(bool first) noexcept;
+    void timerUpdateInertialSensorInfo() noexcept;
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -68,15 +70,16 @@ private:
 
     void setupTable6d();
     void setupTable3d();
-    CellRange redraw6d();
+    int rowsBuilt() const { return areRowsBuilt ? tableWidget6d->rowCount() : 0; }
+    void redraw6d();
     CellRange redraw3d(const QString &idFormat);
     void indexRecords();
-    void forgetShownRows();
-    void showInactive(int row, CellRange &changed);
-    void showBody(int row, CellRange &changed);
-    void showPose(int row, const BodyRecord &record, CellRange &changed);
-    void showCoordinate(int row, int column, float number, CellRange &changed);
-    void showReference(int row, CellRange &changed);
+    void forgetShownRows() noexcept;
+    void showInactive(int row);
+    void showBody(int row);
+    void showPose(int row, const BodyRecord &record);
+    void showCoordinate(int row, int column, float number);
+    void showReference(int row);
 
     void rebuildConfiguration();
     bool detectHeadRow();
@@ -113,6 +116,8 @@ private:
     QTimer sensorTimer;
     std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
     std::vector<ShownRow> shownRows; ///< one per table row
+    CellRange untold6d; ///< cells changed that the 6DOF table was not told of yet
+    bool areRowsBuilt = false; ///< every row of the 6DOF table has its items, and they fit the configuration
     quint64 cellChanges = 0; ///< how often the 6DOF table has told of any change of its cells
     quint64 knownCellChanges = 0; ///< as many as shownRows allow for: with any more the cells may be others
     qint32 numBodies = 0;

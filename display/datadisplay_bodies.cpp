@@ -37,11 +37,14 @@ void DataDisplay::configurationChanged() noexcept
 try {
     rebuildConfiguration();
 } catch (...) {
-    return; // out of memory: the host has no handler for us, and the next configuration starts from scratch
+    // Out of memory: the host has no handler for us. Rows of which some are missing, or of the configuration before,
+    // are worse than none, and the next configuration starts from scratch.
+    clearData();
 }
 
 void DataDisplay::rebuildConfiguration()
 {
+    areRowsBuilt = false;
     Query query(*ioManager);
     numBodies =
         query.count(ioManager->requestInt(query.countSlot(), "standard number_of_bodies"), "get number of bodies");
@@ -52,11 +55,18 @@ void DataDisplay::rebuildConfiguration()
     readActiveBodies();
 
     tableWidget6d->hide();
-    const auto showTable = qScopeGuard([this] { tableWidget6d->show(); });
+    const auto showTable = qScopeGuard([this] {
+        try {
+            tableWidget6d->show();
+        } catch (...) {
+            return; // out of memory, and destructors don't throw: the next configuration shows it
+        }
+    });
     buildRows();
     tableWidget6d->setHeadRowPresent(hasHeadRow);
     buildInertialCells();
     readTrackingReference();
+    areRowsBuilt = true;
     forgetShownRows();
     updateView6d();
     data.configured = true;
@@ -175,6 +185,8 @@ void DataDisplay::readActiveBodies()
 
 void DataDisplay::buildRows()
 {
+    areRowsBuilt = false; // again: the queries before may have let another configuration pass
+    untold6d = {};
     tableWidget6d->setRowCount(qMax(numBodies + headRows(), 0));
     tableWidget6d->clearContents();
     for (int row = 0; row < tableWidget6d->rowCount(); ++row) {
@@ -216,12 +228,14 @@ QString DataDisplay::filterActiveText(int row)
     return active ? QStringLiteral("active") : QString();
 }
 
-void DataDisplay::onUpdateFilterActiveStatus(int iBodyIdx)
-{
+void DataDisplay::onUpdateFilterActiveStatus(int iBodyIdx) noexcept
+try {
     const QString text = filterActiveText(iBodyIdx);
     // Looked up after the query: while a dialog was open the table may have become another.
     if (QTableWidgetItem *item = tableWidget6d->item(iBodyIdx, FilterColumn))
         item->setText(text);
+} catch (...) {
+    return; // out of memory: the cell stays as it is
 }
 
 void DataDisplay::buildInertialCells()

@@ -13,20 +13,22 @@
 #include <array>
 #include <cmath>
 
-void DataDisplay::timerUpdateInertialSensorInfo()
+void DataDisplay::timerUpdateInertialSensorInfo() noexcept
 {
     updateInertialSensorInfo(false);
 }
 
-void DataDisplay::updateInertialSensorInfo(bool first)
-{
+void DataDisplay::updateInertialSensorInfo(bool first) noexcept
+try {
     data.clearAbsentSensorRows();
-    for (int row = headRows(); row < tableWidget6d->rowCount(); ++row) {
+    for (int row = headRows(); row < rowsBuilt(); ++row) {
         if (rowHasSensor.value(row - headRows()))
             pollSensor(row, first);
     }
     tableWidget6d->viewport()->update();
     stepSensorSchedule();
+} catch (...) {
+    return; // out of memory: the next pass asks again
 }
 
 void DataDisplay::pollSensor(int row, bool first)

@@ -7,9 +7,11 @@
 #include "module/channel/version.h"
 
 #include <QHeaderView>
+#include <QScopeGuard>
 #include <QSignalBlocker>
 
 #include <mutex>
+#include <utility>
 
 namespace {
 
@@ -101,35 +103,38 @@ void DataDisplay::setupTable3d()
     tableWidget3d->setItemDelegate(new CellDelegate(tableWidget3d));
 }
 
-void DataDisplay::updateView6d()
-{
-    const CellRange changed = redraw6d();
-    if (changed.isEmpty())
+void DataDisplay::updateView6d() noexcept
+try {
+    redraw6d();
+    if (untold6d.isEmpty())
         return;
+    const CellRange changed = std::exchange(untold6d, CellRange());
+    auto keepUntold = qScopeGuard([&] { untold6d = changed; });
     changed.tell(*tableWidget6d->model());
+    keepUntold.dismiss();
     if (cellChanges == knownCellChanges + 1) // and nobody else's, in answer to ours
         knownCellChanges = cellChanges;
+} catch (...) {
+    forgetShownRows(); // out of memory: the next redraw shows the rows, and tells what has changed by now
 }
 
-CellRange DataDisplay::redraw6d()
+void DataDisplay::redraw6d()
 {
     const QSignalBlocker quiet(tableWidget6d->model()); // outlives the lock: nobody else's code runs under it
     const std::lock_guard lock(data.dataMutex); // over the whole redraw, so that every row shows the same frame
     indexRecords();
     if (cellChanges != knownCellChanges)
         forgetShownRows();
-    CellRange changed;
-    const int rows = tableWidget6d->rowCount();
+    const int rows = rowsBuilt();
     for (int row = 0; row < rows; ++row) {
         const bool calibrated = calibratedBodies.value(row);
         if (hasHeadRow && row == 0 && !calibrated)
             continue;
         if (calibrated && activeBodies.value(row))
-            showBody(row, changed);
+            showBody(row);
         else
-            showInactive(row, changed);
+            showInactive(row);
     }
-    return changed;
 }
 
 void DataDisplay::indexRecords()
@@ -145,24 +150,24 @@ void DataDisplay::indexRecords()
     }
 }
 
-void DataDisplay::forgetShownRows()
+void DataDisplay::forgetShownRows() noexcept
 {
     for (ShownRow &shown : shownRows)
         shown.kind = ShownRow::Kind::Unknown;
     knownCellChanges = cellChanges;
 }
 
-void DataDisplay::showInactive(int row, CellRange &changed)
+void DataDisplay::showInactive(int row)
 {
     ShownRow &shown = shownRows[static_cast<std::size_t>(row)];
     if (shown.kind == ShownRow::Kind::Inactive)
         return;
     shown.kind = ShownRow::Kind::Inactive;
     if (setBackground(*tableWidget6d->item(row, BodyIdColumn), Qt::transparent))
-        changed.add(row, BodyIdColumn);
+        untold6d.add(row, BodyIdColumn);
 }
 
-void DataDisplay::showBody(int row, CellRange &changed)
+void DataDisplay::showBody(int row)
 {
     BodyRecord *const record = recordOfRow[static_cast<std::size_t>(row)];
     ShownRow &shown = shownRows[static_cast<std::size_t>(row)];
@@ -171,35 +176,35 @@ void DataDisplay::showBody(int row, CellRange &changed)
             return;
         shown.kind = ShownRow::Kind::Lost; // and the last pose stays in the cells
         if (setColours(*tableWidget6d->item(row, BodyIdColumn), Qt::black, Qt::red))
-            changed.add(row, BodyIdColumn);
+            untold6d.add(row, BodyIdColumn);
     } else {
         const bool isNew = shown.take(*record);
         record->angles = shown.angles;
         if (!isNew)
             return;
-        showPose(row, *record, changed);
+        showPose(row, *record);
     }
-    showReference(row, changed);
+    showReference(row);
 }
 
-void DataDisplay::showPose(int row, const BodyRecord &record, CellRange &changed)
+void DataDisplay::showPose(int row, const BodyRecord &record)
 {
     if (showState(*tableWidget6d->item(row, BodyIdColumn), record.state))
-        changed.add(row, BodyIdColumn);
+        untold6d.add(row, BodyIdColumn);
     for (int i = 0; i < 3; ++i) {
         const auto axis = static_cast<std::size_t>(i);
-        showCoordinate(row, XColumn + i, record.position[axis], changed);
-        showCoordinate(row, RxColumn + i, record.angles[axis], changed);
+        showCoordinate(row, XColumn + i, record.position[axis]);
+        showCoordinate(row, RxColumn + i, record.angles[axis]);
     }
 }
 
-void DataDisplay::showCoordinate(int row, int column, float number, CellRange &changed)
+void DataDisplay::showCoordinate(int row, int column, float number)
 {
     if (setNumber(*tableWidget6d->item(row, column), number))
-        changed.add(row, column);
+        untold6d.add(row, column);
 }
 
-void DataDisplay::showReference(int row, CellRange &changed)
+void DataDisplay::showReference(int row)
 {
     QTableWidgetItem &nameItem = *tableWidget6d->item(row, NameColumn);
     bool nameChanged = false;
@@ -213,14 +218,16 @@ void DataDisplay::showReference(int row, CellRange &changed)
         nameChanged = setBackground(nameItem, Qt::transparent);
     }
     if (nameChanged)
-        changed.add(row, NameColumn);
+        untold6d.add(row, NameColumn);
 }
 
-void DataDisplay::updateView3d()
-{
+void DataDisplay::updateView3d() noexcept
+try {
     const CellRange changed = redraw3d(tr("%1"));
     if (!changed.isEmpty())
         changed.tell(*tableWidget3d->model());
+} catch (...) {
+    return; // out of memory: the next redraw makes all rows anew
 }
 
 CellRange DataDisplay::redraw3d(const QString &idFormat)
