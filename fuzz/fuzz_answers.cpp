@@ -16,6 +16,8 @@
 
 namespace {
 
+const QString preferencesFile =
+    QStringLiteral(".ZEL/VORNAK4/modules/datadisplay/v2.2.6/config/datadisplay-preferences.xml");
 constexpr int mostSteps = 12;
 constexpr int lastPollingPass = 9;
 
@@ -151,5 +153,6 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
         checkTable(panel, host);
     }
     panel.prepareShutdown();
+    removeHomeFile(preferencesFile); // as any change of it is another target's, and the next panel need not read it
     return 0;
 }

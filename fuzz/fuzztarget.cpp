@@ -8,6 +8,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFont>
 #include <QTemporaryDir>
 
 #include <cstdio>
@@ -52,13 +53,30 @@ void needApplication()
     // What Qt's platform without a screen makes when it starts stays until the process ends.
     WITHOUT_LEAK_SEARCH;
     application = new QApplication(argumentCount, arguments);
+    // Setting the texts would take a tenth of the time, and is not what is on trial.
+    QFont font = QApplication::font();
+    font.setStyleStrategy(QFont::PreferNoShaping);
+    QApplication::setFont(font);
+}
+
+QString homePath(const QString &name)
+{
+    return home().filePath(name);
 }
 
 QString writeHomeFile(const QString &name, const QByteArray &content)
 {
-    const QString path = home().filePath(name);
-    QDir().mkpath(QFileInfo(path).path());
+    const QString path = homePath(name);
     QFile file(path);
-    require(file.open(QIODevice::WriteOnly) && file.write(content) == content.size(), "an input file can't be written");
+    if (!file.open(QIODevice::WriteOnly)) {
+        QDir().mkpath(QFileInfo(path).path());
+        require(file.open(QIODevice::WriteOnly), "an input file can't be opened");
+    }
+    require(file.write(content) == content.size(), "an input file can't be written");
     return path;
+}
+
+void removeHomeFile(const QString &name)
+{
+    QFile::remove(homePath(name));
 }
