@@ -3,6 +3,7 @@
 #include "backend/commandtable.h"
 
 #include <algorithm>
+#include <string_view>
 
 namespace {
 
@@ -23,21 +24,27 @@ Words wordsOf(const QByteArray &text)
 
 std::optional<Words> matchWords(const char *pattern, const Words &words)
 {
-    const Words parts = QByteArray(pattern).split(' ');
+    // Nothing is copied before it fits: each query meets dozens of patterns.
     Words arguments;
-    for (int i = 0; i < parts.size(); ++i) {
-        if (i >= words.size())
-            return std::nullopt;
-        if (parts[i] == "...")
+    std::string_view rest(pattern);
+    for (int i = 0; i < words.size(); ++i) {
+        const std::size_t length = std::min(rest.find(' '), rest.size());
+        const std::string_view part = rest.substr(0, length);
+        const QByteArray &word = words.at(i);
+        if (part == "...")
             return arguments << words.mid(i).join(' ');
-        if (parts[i] == "*")
-            arguments << words[i];
-        else if (parts[i] != words[i])
+        if (part == "*")
+            arguments << word;
+        else if (part != std::string_view(word.constData(), static_cast<std::size_t>(word.size())))
             return std::nullopt;
+        const bool isLastPart = length == rest.size();
+        const bool isLastWord = i + 1 == words.size();
+        if (isLastPart != isLastWord)
+            return std::nullopt;
+        if (!isLastPart)
+            rest.remove_prefix(length + 1);
     }
-    if (words.size() > parts.size())
-        return std::nullopt;
-    return arguments;
+    return words.isEmpty() ? std::nullopt : std::optional<Words>(arguments);
 }
 
 int numberAfter(char letter, const QByteArray &text)

@@ -114,3 +114,12 @@ void checkBackend(const Scenario &scenario)
     }
     checkLines(backend, std::chrono::hours(24 * 365));
 }
+
+void checkBackendLines(const Scenario &scenario)
+{
+    const SimulatedBackend backend(scenario, {}, [] { return std::chrono::nanoseconds(0); });
+    require(backend.frameRate() > 0.0, "there are frames");
+    for (const std::chrono::seconds time :
+         {std::chrono::seconds(0), std::chrono::seconds(61), std::chrono::seconds(std::chrono::hours(24 * 365))})
+        checkLines(backend, time);
+}

@@ -12,6 +12,7 @@
 namespace {
 
 constexpr double farthest = 1.0e9; // [mm]
+constexpr quint64 recordingsPerAnswers = isReplay ? 1 : 64;
 constexpr double roundingError = 1.0e-9;
 
 /// Whether the rows of \a rotation have length 1 and are at right angles.
@@ -67,6 +68,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
     checkSamples(*result.trajectory);
     const ScenarioResult replay = replayScenario({fileName});
     require(replay.scenario.has_value(), "what was read can be replayed");
-    checkBackend(*replay.scenario);
+    // No answer depends on what was recorded.
+    static quint64 recordings = 0;
+    if (recordings++ % recordingsPerAnswers == 0)
+        checkBackend(*replay.scenario);
+    else
+        checkBackendLines(*replay.scenario);
     return 0;
 }
