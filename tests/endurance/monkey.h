@@ -47,7 +47,7 @@ private:
     void load();
     void answerEverything(int operand);
     QString problem();
-    void configureCompletely();
+    void configureCompletely(bool clearing);
     QString problemAfterRest();
     QStringList rows() const;
     static bool isAnythingOpen();
@@ -60,7 +60,7 @@ private:
     std::unique_ptr<DataDisplayModule> module;
     QPointer<DataDisplay> panel;
     QHash<QByteArray, QByteArray> fullAnswers;
-    QStringList fullRows; ///< what the table shows after a complete configuration
+    QStringList fullRows; ///< what the table shows after a complete configuration, with all bodies seen
 
     QByteArray sequence;
     int position = 0;

@@ -4,6 +4,8 @@
 #include "tests/endurance/monkey.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QFont>
 #include <QLoggingCategory>
 #include <QtTest>
 
@@ -82,6 +84,13 @@ private slots:
 void TestMonkey::initTestCase()
 {
     prepareLastWords();
+    // The home of the panels, which save their preferences at every unloading and wait for the disk then.
+    if (!qEnvironmentVariableIsSet("TMPDIR") && QFileInfo(QStringLiteral("/dev/shm")).isWritable())
+        qputenv("TMPDIR", "/dev/shm");
+    // Shaping takes a tenth of the time, and the texts are not what is on trial.
+    QFont font = QApplication::font();
+    font.setStyleStrategy(QFont::PreferNoShaping);
+    QApplication::setFont(font);
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // thousands, of the offscreen platform
 }
 
