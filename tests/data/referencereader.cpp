@@ -5,6 +5,7 @@
 #include "rivalnumbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <stdexcept>
@@ -16,14 +17,17 @@ constexpr std::size_t inertialCountPlace = 4;
 constexpr std::size_t maxMarkers = 300;
 constexpr qint32 maxBodies = 1000000;
 
+/// The numbers of one block, as many of them as could be read.
 struct Numbers {
-    std::vector<qint32> ints;
-    std::vector<float> floats;
+    std::array<qint32, 2> ints{};
+    std::array<float, 9> floats{};
+    std::size_t intCount = 0;
+    std::size_t floatCount = 0;
     bool complete = false;
 };
 
 /// The numbers of the block after \a place, which goes on behind the block if the block is complete.
-Numbers readBlock(const std::string &line, std::size_t &place, const std::string &format)
+Numbers readBlock(const std::string &line, std::size_t &place, const char *format)
 {
     Numbers numbers;
     const std::size_t open = line.find('[', place);
@@ -32,20 +36,22 @@ Numbers readBlock(const std::string &line, std::size_t &place, const std::string
     const std::size_t close = line.find(']', open);
     if (close == std::string::npos)
         return numbers;
-    const std::string inside = line.substr(open + 1, close - open - 1);
+    // Of its own, so that no number is read beyond the bracket; kept, as an allocation costs more than the numbers.
+    static thread_local std::string inside;
+    inside.assign(line, open + 1, close - open - 1);
     const char *text = inside.c_str();
-    for (const char letter : format) {
-        if (letter == 'i') {
+    for (; *format != '\0'; ++format) {
+        if (*format == 'i') {
             const ReadNumber<qint32> number = rivalInteger(text);
             if (!number.end)
                 return numbers;
-            numbers.ints.push_back(number.value);
+            numbers.ints.at(numbers.intCount++) = number.value;
             text = number.end;
         } else {
             const ReadNumber<float> number = rivalFloat(text);
             if (!number.end)
                 return numbers;
-            numbers.floats.push_back(number.value);
+            numbers.floats.at(numbers.floatCount++) = number.value;
             text = number.end;
         }
     }
@@ -66,7 +72,7 @@ std::optional<qint32> readCount(const std::string &line, std::size_t place)
 
 template<std::size_t size> void storeAll(const Numbers &numbers, std::array<float, size> &target)
 {
-    std::copy(numbers.floats.begin(), numbers.floats.end(), target.begin());
+    std::copy_n(numbers.floats.begin(), numbers.floatCount, target.begin());
 }
 
 template<std::size_t size> bool sameFloats(const std::array<float, size> &one, const std::array<float, size> &other)
@@ -83,7 +89,8 @@ bool sameFloat(float one, float other)
 
 LineFate ReferenceReader::receive(const std::string &tag, const std::string &line)
 {
-    const std::string text(line.c_str());
+    static thread_local std::string text; // kept, as an allocation costs more than most lines
+    text.assign(line.c_str());
     if (useInertialFormat && tag == "6di")
         return receive6di(text);
     if (!useInertialFormat && tag == "6d")
@@ -167,7 +174,7 @@ LineFate ReferenceReader::receive3d(const std::string &line)
     std::size_t place = countPlace;
     for (MarkerRecord &marker : markers) {
         const Numbers head = readBlock(line, place, "if");
-        if (!head.ints.empty())
+        if (head.intCount > 0)
             marker.id = head.ints[0];
         if (!head.complete)
             return LineFate::Malformed;
