@@ -191,6 +191,8 @@ void NumberReaderTest::readsFloats_data()
     QTest::newRow("beside a midpoint the double decides, not the text")
         << QByteArray("1.00000005960464477539062500000000000001") << 1.0F << 40;
     QTest::newRow("a double above the midpoint goes up") << QByteArray("1.0000000596046449") << 1.00000011920929F << 18;
+    QTest::newRow("the only float that its shortest text misses, with its negative")
+        << QByteArray("7.038531e-26") << std::nextafter(7.038531e-26F, 1.0F) << 12;
     QTest::newRow("16777217 goes to the even float") << QByteArray("16777217") << 16777216.0F << 8;
     QTest::newRow("400 digits") << QByteArray(400, '9') << infinity << 400;
     QTest::newRow("400 digits behind the point") << ("0." + QByteArray(400, '3')) << 0.333333333F << 402;
