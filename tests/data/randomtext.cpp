@@ -30,7 +30,9 @@ std::string printed(Notation notation, int precision, double value)
 
 int sweepSize(int usual, int many)
 {
-    return qEnvironmentVariableIntValue("VORNAK_LONG") == 1 ? many : usual;
+    if (qEnvironmentVariableIntValue("VORNAK_LONG") == 1)
+        return many;
+    return qEnvironmentVariableIntValue("VORNAK_SLOW") == 1 ? usual / 10 : usual;
 }
 
 int RandomText::below(int count)

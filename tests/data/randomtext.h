@@ -41,5 +41,6 @@ private:
     std::mt19937_64 engine;
 };
 
-/// \a usual, or \a many where the environment asks for long runs with VORNAK_LONG=1.
+/// \a usual, or \a many where the environment asks for long runs with VORNAK_LONG=1, or a tenth of the usual one where
+/// VORNAK_SLOW=1 says that the program is slowed down.
 int sweepSize(int usual, int many);

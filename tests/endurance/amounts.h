@@ -17,7 +17,15 @@ inline bool isLongRun()
 inline const bool watchdogIsTold =
     isLongRun() && ::setenv("QTEST_FUNCTION_TIMEOUT", "2000000000", /*overwrite*/ 0) == 0; // [ms]
 
-/// How often something is repeated: \a perChange, a tenth of it (at least 1) under a sanitizer, \a whole in a long run.
+/// Whether the program runs many times slower than it is: the environment variable VORNAK_SLOW is 1, as valgrind's
+/// script sets it.
+inline bool isSlowRun()
+{
+    return qEnvironmentVariableIntValue("VORNAK_SLOW") == 1;
+}
+
+/// How often something is repeated: \a perChange, a tenth of it (at least 1) under a sanitizer or in a slow run,
+/// \a whole in a long run.
 inline qint64 amount(qint64 perChange, qint64 whole)
 {
     if (isLongRun())
@@ -25,7 +33,7 @@ inline qint64 amount(qint64 perChange, qint64 whole)
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     return qMax<qint64>(perChange / 10, 1);
 #else
-    return perChange;
+    return isSlowRun() ? qMax<qint64>(perChange / 10, 1) : perChange;
 #endif
 }
 

@@ -38,6 +38,8 @@ private slots:
     void logTexts_data();
     void logTexts();
     void textsOfTheBackendAreNoFormats();
+    void quotesGo_data();
+    void quotesGo();
     void saturation_data();
     void saturation();
 };
@@ -243,6 +245,25 @@ void TestQuery::textsOfTheBackendAreNoFormats()
     QCOMPARE(body.value_or("failed"), QByteArray("none"));
     logToHost(host, QString::fromLatin1(sensor));
     QCOMPARE(takeCalls(host).last(), QStringLiteral("log %n%s%d"));
+}
+
+void TestQuery::quotesGo_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("no answer shows nothing") << QByteArray() << QString();
+    QTest::newRow("an empty answer shows nothing") << QByteArray("") << QString();
+    QTest::newRow("a text without quotes stays") << QByteArray("hand") << QStringLiteral("hand");
+    QTest::newRow("the quotes around a description go") << QByteArray("\"left hand\"") << QStringLiteral("left hand");
+    QTest::newRow("quotes inside go too") << QByteArray("\"a \"b\" c\"") << QStringLiteral("a b c");
+    QTest::newRow("UTF-8 is read") << QByteArray("\"K\xC3\xB6rper\"") << QStringLiteral("K\u00F6rper");
+}
+
+void TestQuery::quotesGo()
+{
+    QFETCH(const QByteArray, answer);
+    QFETCH(const QString, shown);
+    QCOMPARE(withoutQuotes(answer), shown);
 }
 
 void TestQuery::saturation_data()
