@@ -134,4 +134,5 @@ private:
     static constexpr qint32 noReference = -2;
     qint32 referenceRow = noReference; ///< table row of the tracking reference
     QString referenceName; ///< kept from one configuration to the next; referenceRow says whether it counts
+    QObject cellWatch; ///< counts cellChanges; gone before the table, which tells of changes while it goes
 };

@@ -64,15 +64,15 @@ void DataDisplay::setupTable6d()
     // Every way in which cells become others.
     const auto count = [this] { ++cellChanges; };
     const QAbstractItemModel *const cells = tableWidget6d->model();
-    connect(cells, &QAbstractItemModel::dataChanged, this, count);
-    connect(cells, &QAbstractItemModel::modelReset, this, count);
-    connect(cells, &QAbstractItemModel::layoutChanged, this, count);
-    connect(cells, &QAbstractItemModel::rowsInserted, this, count);
-    connect(cells, &QAbstractItemModel::rowsRemoved, this, count);
-    connect(cells, &QAbstractItemModel::rowsMoved, this, count);
-    connect(cells, &QAbstractItemModel::columnsInserted, this, count);
-    connect(cells, &QAbstractItemModel::columnsRemoved, this, count);
-    connect(cells, &QAbstractItemModel::columnsMoved, this, count);
+    connect(cells, &QAbstractItemModel::dataChanged, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::modelReset, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::layoutChanged, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::rowsInserted, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::rowsRemoved, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::rowsMoved, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::columnsInserted, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::columnsRemoved, &cellWatch, count);
+    connect(cells, &QAbstractItemModel::columnsMoved, &cellWatch, count);
 }
 
 void DataDisplay::setupTable3d()
