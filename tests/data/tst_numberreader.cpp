@@ -104,6 +104,7 @@ void NumberReaderTest::readsIntegers_data()
     QTest::newRow("0b is no prefix") << QByteArray("0b11") << 0 << 1;
     QTest::newRow("0b is no prefix after a sign") << QByteArray("+0b11") << 0 << 2;
     QTest::newRow("a point ends the number") << QByteArray("2.5") << 2 << 1;
+    QTest::newRow("a colon, next to 9, ends the number") << QByteArray("12:34") << 12 << 2;
     QTest::newRow("an exponent is not read") << QByteArray("1e3") << 1 << 1;
     QTest::newRow("letters are no number") << QByteArray("inf") << 0 << -1;
     QTest::newRow("an empty text is no number") << QByteArray("") << 0 << -1;
@@ -148,6 +149,8 @@ void NumberReaderTest::readsFloats_data()
     QTest::newRow("a plus sign is read") << QByteArray("+1.5") << 1.5F << 4;
     QTest::newRow("all six blanks are skipped") << QByteArray(" \t\n\v\f\r1.5") << 1.5F << 9;
     QTest::newRow("a comma ends the number") << QByteArray("1,5") << 1.0F << 1;
+    QTest::newRow("a colon, next to 9, ends the number") << QByteArray("12:34") << 12.0F << 2;
+    QTest::newRow("a colon behind the point ends the number") << QByteArray("1.5:5") << 1.5F << 3;
     QTest::newRow("no digit before the point") << QByteArray(".5") << 0.5F << 2;
     QTest::newRow("no digit behind the point") << QByteArray("5.") << 5.0F << 2;
     QTest::newRow("a second point ends the number") << QByteArray("1.5.5") << 1.5F << 3;

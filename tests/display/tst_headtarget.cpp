@@ -141,6 +141,7 @@ void TestHeadTarget::headCalibration()
     QCOMPARE(bench.table6d().rowCount(), 1);
     QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
              ready ? QString() : QStringLiteral(" This body is not yet calibrated."));
+    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(ready ? Qt::red : Qt::transparent));
 }
 
 void TestHeadTarget::countFailsWhenAskedAgain()

@@ -50,6 +50,7 @@ private slots:
     void hiddenColumnsShowNoBars();
     void everyPassRepaintsTheTable();
     void rowsWithoutSensorAreSkipped();
+    void sensorOfALaterConfigurationIsAsked();
     void headRowIsSkipped();
     void sensorNamesAreNoFormats();
     void timersOfAConfiguration();
@@ -263,6 +264,16 @@ void TestSensors::rowsWithoutSensorAreSkipped()
     QCOMPARE(bench.tick(), QStringList());
     bench.table6d().item(1, SensorColumn)->setData(Qt::UserRole, QStringLiteral("None"));
     QCOMPARE(bench.tick(), QStringList{QStringLiteral("requestString inertial sensor_present None")});
+}
+
+void TestSensors::sensorOfALaterConfigurationIsAsked()
+{
+    SensorBench bench;
+    bench.answer("body inertial_sensor standard b02", "none");
+    bench.createConfiguredPanel();
+    bench.answer("body inertial_sensor standard b02", "d01");
+    bench.reconfigure();
+    QCOMPARE(bench.tick(), wholePass);
 }
 
 void TestSensors::headRowIsSkipped()

@@ -3,10 +3,12 @@
 #include "filter/filterdialog.h"
 #include "tests/filter/filterscript.h"
 
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDoubleSpinBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTest>
 
 #include <memory>
@@ -46,6 +48,8 @@ private slots:
     void unavailable();
     void lockedIsSilent();
     void runAgainReadsAfresh();
+    void runAgainListsItsBodiesAlone();
+    void runAgainWithoutBodiesForgetsTheSettings();
     void runAgainWhenUnavailableKeepsTheBodies();
     void defaultArgumentsOfferAllStandardBodies();
 
@@ -314,6 +318,27 @@ void TestFilterDialogOpening::runAgainReadsAfresh()
     host.answers["body filter6d_strength standard b01"] = "0.8";
     open(0, 0, [this] { QCOMPARE(child<QDoubleSpinBox>("doubleSpinBox_strength")->value(), 0.8); });
     QVERIFY(!host.calls.contains("requestDouble filter6d limit strength_min"));
+    QVERIFY(host.callsOf("sendCommand").isEmpty());
+}
+
+void TestFilterDialogOpening::runAgainListsItsBodiesAlone()
+{
+    open(0, -1);
+    open(1, -1);
+    QCOMPARE(itemsOf(child<QComboBox>("comboBox_body")), QStringLiteral("Wandor body 02=wandor b02"));
+}
+
+void TestFilterDialogOpening::runAgainWithoutBodiesForgetsTheSettings()
+{
+    open(0, -1, [this] { QVERIFY(child<QCheckBox>("checkBox_active")->isChecked()); });
+    host.answers["body number_of_bodies standard"] = "0";
+    open(0, -1, [this] {
+        QCOMPARE(child<QComboBox>("comboBox_body")->count(), 0);
+        QVERIFY(!child<QCheckBox>("checkBox_active")->isChecked());
+        QCOMPARE(child<QComboBox>("comboBox_preset")->currentIndex(), -1);
+        QCOMPARE(child<QDoubleSpinBox>("doubleSpinBox_strength")->value(), 0.01); // the least
+        QCOMPARE(child<QSpinBox>("spinBox_prediction")->value(), 0);
+    });
     QVERIFY(host.callsOf("sendCommand").isEmpty());
 }
 
