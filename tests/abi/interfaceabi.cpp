@@ -6,4 +6,4 @@
 #include "module/interface/requester.h"
 
 /// Names each type of the host's interface, so that the record of this library's interface has them all.
-extern "C" void hostInterface(ModuleInterface &, ModuleEntry &, IOManager &, Requester &, BackendVersions &) {}
+extern "C" void hostInterface(ModuleInterface &, ModuleEntry &, IOManager &, Requester &, BackendVersions &) { }
