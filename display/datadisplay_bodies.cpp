@@ -44,7 +44,6 @@ try {
 
 void DataDisplay::rebuildConfiguration()
 {
-    areRowsBuilt = false;
     Query query(*ioManager);
     numBodies =
         query.count(ioManager->requestInt(query.countSlot(), "standard number_of_bodies"), "get number of bodies");
@@ -185,7 +184,7 @@ void DataDisplay::readActiveBodies()
 
 void DataDisplay::buildRows()
 {
-    areRowsBuilt = false; // again: the queries before may have let another configuration pass
+    areRowsBuilt = false; // a tick of the timer while the host waits for an answer finds half of them
     untold6d = {};
     tableWidget6d->setRowCount(qMax(numBodies + headRows(), 0));
     tableWidget6d->clearContents();

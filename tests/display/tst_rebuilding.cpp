@@ -86,6 +86,7 @@ private slots:
     void allFailuresAreSurvived();
     void recordsOfTheOldConfigurationGo();
     void rowsComeAndGo();
+    void ticksBetweenTheAnswersMeetWholeRows();
     void oldBackendLeavesTheSensorColumns();
     void clearedPanel();
     void clearedPanelWithoutConfiguration();
@@ -240,6 +241,28 @@ void TestRebuilding::rowsComeAndGo()
     bench.panel->configurationChanged();
     QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("1"));
     QCOMPARE(bench.text(0, NameColumn), QStringLiteral("Body 1"));
+}
+
+void TestRebuilding::ticksBetweenTheAnswersMeetWholeRows()
+{
+    PanelBench bench;
+    bench.answerBodies(2);
+    DataDisplay &panel = bench.createConfiguredPanel();
+    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3")), 0);
+    bench.answerBodies(3);
+    int ticks = 0;
+    bench.host.onCall = [&] {
+        panel.updateView6d();
+        panel.updateView3d();
+        ++ticks;
+    };
+    panel.configurationChanged();
+    bench.host.onCall = nullptr;
+    QVERIFY(ticks > 10);
+    QCOMPARE(bench.table6d().rowCount(), 3);
+    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(2, "2", "1.0", "4 5 6")), 0);
+    panel.updateView6d();
+    QCOMPARE(bench.text(2, XColumn), QStringLiteral("4.00"));
 }
 
 void TestRebuilding::oldBackendLeavesTheSensorColumns()
