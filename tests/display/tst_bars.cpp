@@ -100,7 +100,7 @@ void TestBars::rangeAndText()
     QCOMPARE(battery.minimum(), 0);
     QCOMPARE(battery.maximum(), 100);
     battery.setValue(42);
-    QCOMPARE(battery.text(), QStringLiteral("42%"));
+    QCOMPARE(battery.text(), QLocale().toString(42) + QLatin1Char('%'));
 
     QWidget parent;
     const TemperatureBar temperature(&parent);

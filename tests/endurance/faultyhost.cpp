@@ -2,24 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/faultyhost.h"
 
+#include "host/commandformat.h"
+
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 
 namespace {
 
 constexpr int failed = -1;
-
-QByteArray textOf(const char *format, std::va_list arguments)
-{
-    std::va_list again;
-    va_copy(again, arguments);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    QByteArray text(std::max(length, 0), '\0');
-    std::vsnprintf(text.data(), static_cast<std::size_t>(text.size()) + 1, format, arguments);
-    return text;
-}
 
 } // namespace
 
@@ -46,7 +36,7 @@ int FaultyHost::requestString(char *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestString(answer, "%s", command.constData());
@@ -58,7 +48,7 @@ int FaultyHost::requestInt(qint32 *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestInt(answer, "%s", command.constData());
@@ -70,7 +60,7 @@ int FaultyHost::requestDouble(double *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestDouble(answer, "%s", command.constData());
@@ -82,7 +72,7 @@ int FaultyHost::requestBool(bool *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestBool(answer, "%s", command.constData());
@@ -94,7 +84,7 @@ int FaultyHost::requestDoubles(double *answers, qint32 answerCount, const char *
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestDoubles(answers, answerCount, "%s", command.constData());
@@ -106,7 +96,7 @@ int FaultyHost::sendCommand(const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = textOf(format, arguments);
+    const QByteArray command = formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.sendCommand("%s", command.constData());

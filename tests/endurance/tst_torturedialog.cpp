@@ -3,6 +3,7 @@
 #include "filter/filterdialog.h"
 #include "tests/endurance/faultyhost.h"
 #include "tests/filter/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -199,10 +200,10 @@ void TestTortureDialog::opening()
 
 void TestTortureDialog::act(const QByteArray &action)
 {
-    const auto type = [this](QWidget *spinBox, const char *text) {
+    const auto type = [this](QAbstractSpinBox *spinBox, const QString &number) {
         spinBox->setFocus();
-        QMetaObject::invokeMethod(spinBox, "selectAll");
-        QTest::keyClicks(spinBox, QString::fromLatin1(text));
+        spinBox->selectAll();
+        typeNumber(spinBox, number);
         child<QWidget>("pushButton_exit")->setFocus();
     };
     if (action == "active")
@@ -210,9 +211,9 @@ void TestTortureDialog::act(const QByteArray &action)
     else if (action == "preset")
         QTest::keyClicks(child<QComboBox>("comboBox_preset"), QStringLiteral("Hybrid"));
     else if (action == "strength")
-        type(child<QDoubleSpinBox>("doubleSpinBox_strength"), "0.6");
+        type(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
     else if (action == "prediction")
-        type(child<QSpinBox>("spinBox_prediction"), "25");
+        type(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
     else if (action == "mode")
         QTest::keyClicks(child<QComboBox>("comboBox_mode"), QStringLiteral("Static"));
 }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "tests/filter/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QAbstractItemView>
 #include <QCheckBox>
@@ -188,7 +189,7 @@ void TestFilterDialogActions::strengthIsTyped()
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, QString(typed).replace(QLatin1Char('.'), strength->locale().decimalPoint()));
+        typeNumber(strength, typed);
         QVERIFY(host.calls.isEmpty());
         QTest::keyClick(strength, Qt::Key_Tab);
         QCOMPARE(dialog->focusWidget(), child<QWidget>("spinBox_prediction"));
@@ -214,7 +215,7 @@ void TestFilterDialogActions::predictionIsTyped()
         auto *prediction = child<QSpinBox>("spinBox_prediction");
         prediction->setFocus();
         prediction->selectAll();
-        QTest::keyClicks(prediction, typed);
+        typeNumber(prediction, typed);
         QTest::keyClick(prediction, Qt::Key_Tab);
         QCOMPARE(host.takeCalls(), QByteArrayList{"sendCommand body filter6d_prediction standard b01 " + sent});
     });

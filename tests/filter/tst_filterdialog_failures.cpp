@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "tests/filter/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -146,11 +147,10 @@ void TestFilterDialogFailures::anyCallOfAnOpeningMayFail()
 
 void TestFilterDialogFailures::act(const QByteArray &action)
 {
-    const auto type = [this](QWidget *spinBox, const char *text) {
+    const auto type = [this](QAbstractSpinBox *spinBox, const QString &number) {
         spinBox->setFocus();
-        QMetaObject::invokeMethod(spinBox, "selectAll");
-        QTest::keyClicks(spinBox,
-                         QString::fromLatin1(text).replace(QLatin1Char('.'), spinBox->locale().decimalPoint()));
+        spinBox->selectAll();
+        typeNumber(spinBox, number);
         child<QWidget>("pushButton_exit")->setFocus();
     };
     if (action == "active")
@@ -158,9 +158,9 @@ void TestFilterDialogFailures::act(const QByteArray &action)
     else if (action == "preset")
         QTest::keyClicks(child<QComboBox>("comboBox_preset"), QStringLiteral("Hybrid"));
     else if (action == "strength")
-        type(child<QDoubleSpinBox>("doubleSpinBox_strength"), "0.6");
+        type(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
     else if (action == "prediction")
-        type(child<QSpinBox>("spinBox_prediction"), "25");
+        type(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
     else if (action == "mode")
         QTest::keyClicks(child<QComboBox>("comboBox_mode"), QStringLiteral("Static"));
     else if (action == "body")

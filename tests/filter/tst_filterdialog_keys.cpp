@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "tests/filter/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -65,7 +66,7 @@ void TestFilterDialogKeys::returnEndsAnEditOnly()
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, strength->locale().toString(0.6, 'f', 1));
+        typeNumber(strength, QStringLiteral("0.6"));
         QTest::keyClick(strength, Qt::Key_Return);
         QCOMPARE(host.takeCalls(), QByteArrayList{"sendCommand body filter6d_strength standard b01 0.600000"});
         QCOMPARE(QApplication::activeModalWidget(), dialog.get()); // and no help over it
@@ -89,7 +90,7 @@ void TestFilterDialogKeys::closingEndsAnEdit()
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, strength->locale().toString(0.6, 'f', 1));
+        typeNumber(strength, QStringLiteral("0.6"));
         QTest::keyClick(strength, key, alt ? Qt::AltModifier : Qt::NoModifier);
         QTRY_VERIFY(!dialog->isVisible());
     });
@@ -194,7 +195,7 @@ void TestFilterDialogKeys::nothingIsSentWhenLocked()
         QTest::mouseClick(child<QCheckBox>("checkBox_active"), Qt::LeftButton, {}, QPoint(8, 8));
         pressAlt(dialog.get(), Qt::Key_A);
         pressAlt(dialog.get(), Qt::Key_S);
-        QTest::keyClicks(dialog.get(), dialog->locale().toString(0.5, 'f', 1) + QStringLiteral("\t7\t"));
+        QTest::keyClicks(dialog.get(), QStringLiteral("0.5\t0,5\t7\t"));
     });
     QVERIFY(host.calls.isEmpty());
 }

@@ -3,6 +3,7 @@
 #include "filter/filterdialog.h"
 #include "filter/filterhelp.h"
 #include "tests/filter/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QAbstractItemView>
 #include <QApplication>
@@ -132,7 +133,7 @@ void TestFilterDialogLifetime::parentMayGoDuringAnEdit()
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, QStringLiteral("0.6"));
+        typeNumber(strength, QStringLiteral("0.6"));
         delete parent;
     });
     QVERIFY(!dialogWatch);

@@ -4,6 +4,7 @@
 #include "backend/scenarios.h"
 #include "backend/simulatedbackend.h"
 #include "host/host.h"
+#include "tests/support/typing.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -184,12 +185,12 @@ void TestFilterSettings::sendsStrengthAndPredictionOfACustomPreset()
         QVERIFY(strength->isEnabled());
         strength->setFocus();
         strength->selectAll();
-        QTest::keyClicks(strength, strength->locale().toString(0.25, 'f', 2));
+        typeNumber(strength, QStringLiteral("0.25"));
         QTest::keyClick(strength, Qt::Key_Tab);
         auto *prediction = part<QSpinBox>(dialog, "spinBox_prediction");
         prediction->setFocus();
         prediction->selectAll();
-        QTest::keyClicks(prediction, QStringLiteral("25"));
+        typeNumber(prediction, QStringLiteral("25"));
         QTest::keyClick(prediction, Qt::Key_Tab);
     }));
     QCOMPARE(body(2).filter.strength, 0.25);

@@ -208,7 +208,7 @@ QStringList shownBars(const QTableWidget &table)
         const auto *temperature = qobject_cast<QProgressBar *>(table.cellWidget(row, TemperatureColumn));
         if (battery && temperature && battery->isVisible() && temperature->isVisible()) {
             bars.append(QStringLiteral("%1: %2 %3 %4")
-                            .arg(QString::number(row), battery->text().chopped(1), temperature->text(),
+                            .arg(QString::number(row), QString::number(battery->value()), temperature->text(),
                                  QString::number(temperature->value())));
         }
     }
