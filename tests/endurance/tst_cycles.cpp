@@ -107,7 +107,7 @@ void TestCycles::oneLifeAfterTheOther()
 {
     QFETCH(const QLibrary::LoadHints, hints);
     const qint64 wanted = amount(200, 10'000);
-    const TimeLimit limit(10'000);
+    const TimeLimit limit(60'000);
     qint64 heapBefore = 0;
     int handlesBefore = 0;
     int widgetsBefore = 0;

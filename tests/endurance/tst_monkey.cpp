@@ -122,7 +122,7 @@ void TestMonkey::randomSequences()
     std::mt19937 random(isNumber ? static_cast<unsigned>(givenSeed) : 20260U);
     Monkey monkey;
     const qint64 wanted = amount(10'000, 1'000'000);
-    const TimeLimit limit(15'000);
+    const TimeLimit limit(60'000);
     qint64 played = 0;
     for (; played < wanted && !limit.isOver(); ++played) {
         const QByteArray bytes = randomSequence(random);
