@@ -135,7 +135,8 @@ const Look looks[] = {
          table.item(1, YColumn)->setText(QString());
          table.item(2, YColumn)->setFlags(Qt::NoItemFlags);
          table.item(3, YColumn)->setForeground(QBrush(Qt::blue, Qt::Dense4Pattern));
-         table.item(4, YColumn)->setData(Qt::DisplayRole, QVariant());
+         table.setItem(12, NameColumn, new QTableWidgetItem); // without a value
+         table.item(12, NameColumn)->setBackground(QColor(Qt::cyan));
          table.item(5, YColumn)->setForeground(QBrush(Qt::NoBrush));
          table.setAlternatingRowColors(true);
      }},
