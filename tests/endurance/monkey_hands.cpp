@@ -76,9 +76,13 @@ void Monkey::pressKey(int operand)
         return;
     const Qt::Key key = keys[static_cast<std::size_t>(operand) % keys.size()];
     const Qt::KeyboardModifiers modifiers = operand > 240 ? Qt::AltModifier : Qt::NoModifier;
-    QTest::keyPress(handle, key, modifiers);
-    if (handle)
-        QTest::keyRelease(handle, key, modifiers);
+    const char ascii = QTest::keyToAscii(key);
+    const QString text = ascii != 0 ? QString(QLatin1Char(ascii)) : QString();
+    // QTest::keyPress would press Alt itself before, and go on with a window that may be gone by then.
+    for (const bool press : {true, false}) {
+        if (handle)
+            QTest::simulateEvent(handle, press, key, modifiers, text, false);
+    }
 }
 
 void Monkey::chooseInMenu()

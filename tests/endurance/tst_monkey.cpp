@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::size_t mostBytes = 20;
 
-std::array<char, 2 * mostBytes + 64> playing{}; // the sequence that is being played, for the last words of the process
+std::array<char, 2 * mostBytes + 96> playing{}; // the sequence that is being played, for the last words of the process
 
 void tellSequence()
 {
@@ -61,16 +61,19 @@ QByteArray randomSequence(std::mt19937 &random)
     return bytes;
 }
 
-void setPlaying(const QByteArray &bytes)
+/// \a number: in its series, from 0.
+void setPlaying(const QByteArray &bytes, qint64 number)
 {
-    const QByteArray text = "\nVORNAK_MONKEY=" + bytes.toHex() + " was being played\n";
+    const QByteArray text =
+        "\nVORNAK_MONKEY=" + bytes.toHex() + ", sequence " + QByteArray::number(number) + ", was being played\n";
     std::copy_n(text.constData(), text.size() + 1, playing.begin());
 }
 
 } // namespace
 
 /// Calls, clicks, keys and lines in orders that nobody thought of. VORNAK_MONKEY=<hexadecimal bytes> plays one
-/// sequence again, VORNAK_MONKEY_SEED=<number> another series than the usual one.
+/// sequence again, VORNAK_MONKEY_SEED=<number> another series than the usual one, VORNAK_MONKEY_FROM=<number> begins at
+/// that sequence of the series: what breaks late may have been broken by one before.
 class TestMonkey : public QObject {
     Q_OBJECT
 
@@ -110,7 +113,7 @@ void TestMonkey::knownSequences()
 {
     QFETCH(const QByteArray, bytes);
     Monkey monkey;
-    setPlaying(bytes.left(mostBytes));
+    setPlaying(bytes.left(mostBytes), 0);
     QCOMPARE(monkey.play(bytes), QString());
     QVERIFY(monkey.stepsInside() > 0 || qEnvironmentVariableIsSet("VORNAK_MONKEY"));
 }
@@ -123,17 +126,20 @@ void TestMonkey::randomSequences()
     Monkey monkey;
     const qint64 wanted = amount(10'000, 1'000'000);
     const TimeLimit limit(60'000);
+    const qint64 first = qEnvironmentVariableIntValue("VORNAK_MONKEY_FROM");
+    for (qint64 i = 0; i < first; ++i)
+        randomSequence(random);
     qint64 played = 0;
     for (; played < wanted && !limit.isOver(); ++played) {
         const QByteArray bytes = randomSequence(random);
-        setPlaying(bytes);
+        setPlaying(bytes, first + played);
         const QString problem = monkey.play(bytes);
         QVERIFY2(problem.isEmpty(),
                  qPrintable(QStringLiteral("VORNAK_MONKEY=%1, sequence %2: %3")
                                 .arg(QString::fromLatin1(bytes.toHex()))
-                                .arg(played)
+                                .arg(first + played)
                                 .arg(problem)));
-        if (played % 64 == 63)
+        if ((first + played) % 64 == 63)
             monkey.unload();
     }
     qInfo("%lld of %lld sequences, %lld steps inside a menu or dialog", played, wanted, monkey.stepsInside());
