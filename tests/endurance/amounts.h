@@ -48,6 +48,9 @@ public:
 
     bool isOver() const { return timer.elapsed() >= limit; }
 
+    /// The minutes that are left, rounded up.
+    qint64 minutesLeft() const { return qMax<qint64>(limit - timer.elapsed() + 59'999, 0) / 60'000; }
+
 private:
     static qint64 longMilliseconds()
     {

@@ -68,13 +68,13 @@ bool OperatorsDay::eventFilter(QObject *receiver, QEvent *event)
 
 void OperatorsDay::runHour()
 {
-    qint64 before = 0;
+    LiveHeap before;
     for (int round = 0; round < roundsOfHour; ++round) {
         runRound(round == 0);
         if (round == 1)
-            before = LiveHeap::now().bytes(); // the round after the dialog may still undo something of it
+            before = LiveHeap::now(); // the round after the dialog may still undo something of it
     }
-    growth = LiveHeap::now().bytes() - before;
+    growth = LiveHeap::now().blocks() - before.blocks();
 }
 
 void OperatorsDay::runRound(bool withFilter)

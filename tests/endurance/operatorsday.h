@@ -19,7 +19,8 @@ public:
 
     /// Lets an hour pass. It ends with the same bodies, markers and settings each time, and nothing left to do.
     void runHour();
-    /// The growth of the heap in the last forty minutes of the hour, in which no menu and no dialog was open [byte].
+    /// How many blocks of the heap were added in the last forty minutes of the hour, in which no menu and no dialog was
+    /// open. Under a sanitizer 0.
     qint64 growthWithoutFilter() const { return growth; }
 
     quint64 linesSent() const { return sent; }

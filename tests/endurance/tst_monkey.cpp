@@ -7,10 +7,15 @@
 #include <QFileInfo>
 #include <QFont>
 #include <QLoggingCategory>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QThread>
 #include <QtTest>
 
 #include <csignal>
+#include <memory>
 #include <random>
+#include <vector>
 
 #include <unistd.h>
 
@@ -69,11 +74,26 @@ void setPlaying(const QByteArray &bytes, qint64 number)
     std::copy_n(text.constData(), text.size() + 1, playing.begin());
 }
 
+/// One of the processes that share a series.
+std::unique_ptr<QProcess> startPart(qint64 first, qint64 count, qint64 minutes)
+{
+    auto part = std::make_unique<QProcess>();
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("VORNAK_MONKEY_FROM"), QString::number(first));
+    environment.insert(QStringLiteral("VORNAK_MONKEY_COUNT"), QString::number(count));
+    environment.insert(QStringLiteral("VORNAK_LONG_MINUTES"), QString::number(minutes));
+    part->setProcessEnvironment(environment);
+    part->setProcessChannelMode(QProcess::MergedChannels);
+    part->start(QCoreApplication::applicationFilePath(), {QStringLiteral("randomSequences")});
+    return part;
+}
+
 } // namespace
 
 /// Calls, clicks, keys and lines in orders that nobody thought of. VORNAK_MONKEY=<hexadecimal bytes> plays one
 /// sequence again, VORNAK_MONKEY_SEED=<number> another series than the usual one, VORNAK_MONKEY_FROM=<number> begins at
-/// that sequence of the series: what breaks late may have been broken by one before.
+/// that sequence of the series, VORNAK_MONKEY_COUNT=<number> plays so many: what breaks late may have been broken by
+/// one before. A long run is shared by processes, as one that has played for an hour is three times as slow.
 class TestMonkey : public QObject {
     Q_OBJECT
 
@@ -82,6 +102,10 @@ private slots:
     void knownSequences_data();
     void knownSequences();
     void randomSequences();
+
+private:
+    void play(qint64 first, qint64 wanted);
+    void share(qint64 first, qint64 wanted);
 };
 
 void TestMonkey::initTestCase()
@@ -120,13 +144,23 @@ void TestMonkey::knownSequences()
 
 void TestMonkey::randomSequences()
 {
+    const qint64 first = qEnvironmentVariableIntValue("VORNAK_MONKEY_FROM");
+    const qint64 usual = amount(10'000, 1'000'000);
+    bool isGiven = false;
+    const qint64 given = qEnvironmentVariableIntValue("VORNAK_MONKEY_COUNT", &isGiven);
+    if (isLongRun() && !isGiven)
+        share(first, usual);
+    else
+        play(first, isGiven ? given : usual);
+}
+
+void TestMonkey::play(qint64 first, qint64 wanted)
+{
     bool isNumber = false;
     const int givenSeed = qEnvironmentVariableIntValue("VORNAK_MONKEY_SEED", &isNumber);
     std::mt19937 random(isNumber ? static_cast<unsigned>(givenSeed) : 20260U);
     Monkey monkey;
-    const qint64 wanted = amount(10'000, 1'000'000);
     const TimeLimit limit(60'000);
-    const qint64 first = qEnvironmentVariableIntValue("VORNAK_MONKEY_FROM");
     for (qint64 i = 0; i < first; ++i)
         randomSequence(random);
     qint64 played = 0;
@@ -145,6 +179,37 @@ void TestMonkey::randomSequences()
     qInfo("%lld of %lld sequences, %lld steps inside a menu or dialog", played, wanted, monkey.stepsInside());
     QVERIFY(played > 0);
     QVERIFY(monkey.stepsInside() > 0);
+}
+
+void TestMonkey::share(qint64 first, qint64 wanted)
+{
+    constexpr qint64 countOfPart = 20'000;
+    const TimeLimit limit(0);
+    const qint64 end = first + wanted;
+    qint64 next = first;
+    qint64 played = 0;
+    qint64 stepsInside = 0;
+    std::vector<std::unique_ptr<QProcess>> parts;
+    while (!parts.empty() || (next < end && !limit.isOver())) {
+        while (next < end && !limit.isOver() && parts.size() < static_cast<std::size_t>(QThread::idealThreadCount())) {
+            const qint64 count = qMin(countOfPart, end - next);
+            parts.push_back(startPart(next, count, limit.minutesLeft()));
+            next += count;
+        }
+        const std::unique_ptr<QProcess> part = std::move(parts.front());
+        parts.erase(parts.begin());
+        QVERIFY(part->waitForFinished(-1));
+        const QByteArray output = part->readAll();
+        static const QRegularExpression counts(
+            QStringLiteral("(\\d+) of \\d+ sequences, (\\d+) steps inside a menu or dialog"));
+        const QRegularExpressionMatch match = counts.match(QString::fromLocal8Bit(output));
+        QVERIFY2(part->exitStatus() == QProcess::NormalExit && part->exitCode() == 0 && match.hasMatch(),
+                 output.constData());
+        played += match.captured(1).toLongLong();
+        stepsInside += match.captured(2).toLongLong();
+    }
+    qInfo("%lld of %lld sequences, %lld steps inside a menu or dialog", played, wanted, stepsInside);
+    QVERIFY(played > 0);
 }
 
 QTEST_MAIN(TestMonkey)
