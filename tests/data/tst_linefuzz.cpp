@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <mutex>
+#include <numeric>
 #include <optional>
 
 namespace {
@@ -188,6 +189,7 @@ void LineFuzzTest::agreesOnRandomLines()
     QVERIFY(countOf(LineFate::Ignored) > sweepSize(1000, 1000));
     QCOMPARE(countOf(LineFate::Dropped), 0);
     QVERIFY2(fates[5] > sweepSize(10, 10), "Hardly a line asks for too many bodies.");
+    qInfo("%d lines, 0 differences", std::accumulate(fates.begin(), fates.end(), 0));
 }
 
 void LineFuzzTest::everyPrefixOfALine_data()
