@@ -187,9 +187,7 @@ void TestFilterDialogActions::strengthIsTyped()
     QFETCH(QByteArray, sent);
     open(0, [this, typed, sent] {
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
-        strength->setFocus();
-        strength->selectAll();
-        typeNumber(strength, typed);
+        replaceNumber(strength, typed);
         QVERIFY(host.calls.isEmpty());
         QTest::keyClick(strength, Qt::Key_Tab);
         QCOMPARE(dialog->focusWidget(), child<QWidget>("spinBox_prediction"));
@@ -213,9 +211,7 @@ void TestFilterDialogActions::predictionIsTyped()
     QFETCH(QByteArray, sent);
     open(0, [this, typed, sent] {
         auto *prediction = child<QSpinBox>("spinBox_prediction");
-        prediction->setFocus();
-        prediction->selectAll();
-        typeNumber(prediction, typed);
+        replaceNumber(prediction, typed);
         QTest::keyClick(prediction, Qt::Key_Tab);
         QCOMPARE(host.takeCalls(), QByteArrayList{"sendCommand body filter6d_prediction standard b01 " + sent});
     });

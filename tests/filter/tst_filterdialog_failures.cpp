@@ -147,10 +147,8 @@ void TestFilterDialogFailures::anyCallOfAnOpeningMayFail()
 
 void TestFilterDialogFailures::act(const QByteArray &action)
 {
-    const auto type = [this](QAbstractSpinBox *spinBox, const QString &number) {
-        spinBox->setFocus();
-        spinBox->selectAll();
-        typeNumber(spinBox, number);
+    const auto enter = [this](QAbstractSpinBox *spinBox, const QString &number) {
+        replaceNumber(spinBox, number);
         child<QWidget>("pushButton_exit")->setFocus();
     };
     if (action == "active")
@@ -158,9 +156,9 @@ void TestFilterDialogFailures::act(const QByteArray &action)
     else if (action == "preset")
         QTest::keyClicks(child<QComboBox>("comboBox_preset"), QStringLiteral("Hybrid"));
     else if (action == "strength")
-        type(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
+        enter(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
     else if (action == "prediction")
-        type(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
+        enter(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
     else if (action == "mode")
         QTest::keyClicks(child<QComboBox>("comboBox_mode"), QStringLiteral("Static"));
     else if (action == "body")

@@ -64,9 +64,7 @@ void TestFilterDialogKeys::returnEndsAnEditOnly()
 {
     open(0, [this] {
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
-        strength->setFocus();
-        strength->selectAll();
-        typeNumber(strength, QStringLiteral("0.6"));
+        replaceNumber(strength, QStringLiteral("0.6"));
         QTest::keyClick(strength, Qt::Key_Return);
         QCOMPARE(host.takeCalls(), QByteArrayList{"sendCommand body filter6d_strength standard b01 0.600000"});
         QCOMPARE(QApplication::activeModalWidget(), dialog.get()); // and no help over it
@@ -88,9 +86,7 @@ void TestFilterDialogKeys::closingEndsAnEdit()
     QFETCH(bool, alt);
     open(0, [this, key, alt] {
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
-        strength->setFocus();
-        strength->selectAll();
-        typeNumber(strength, QStringLiteral("0.6"));
+        replaceNumber(strength, QStringLiteral("0.6"));
         QTest::keyClick(strength, key, alt ? Qt::AltModifier : Qt::NoModifier);
         QTRY_VERIFY(!dialog->isVisible());
     });

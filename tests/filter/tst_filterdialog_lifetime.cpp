@@ -130,10 +130,7 @@ void TestFilterDialogLifetime::parentMayGoWhileOpen()
 void TestFilterDialogLifetime::parentMayGoDuringAnEdit()
 {
     runDialog(*dialog, 0, 0, [this] {
-        auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
-        strength->setFocus();
-        strength->selectAll();
-        typeNumber(strength, QStringLiteral("0.6"));
+        replaceNumber(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
         delete parent;
     });
     QVERIFY(!dialogWatch);

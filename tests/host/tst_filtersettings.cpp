@@ -183,14 +183,10 @@ void TestFilterSettings::sendsStrengthAndPredictionOfACustomPreset()
     QVERIFY(withDialog(1, [](QWidget *dialog) {
         auto *strength = part<QDoubleSpinBox>(dialog, "doubleSpinBox_strength");
         QVERIFY(strength->isEnabled());
-        strength->setFocus();
-        strength->selectAll();
-        typeNumber(strength, QStringLiteral("0.25"));
+        replaceNumber(strength, QStringLiteral("0.25"));
         QTest::keyClick(strength, Qt::Key_Tab);
         auto *prediction = part<QSpinBox>(dialog, "spinBox_prediction");
-        prediction->setFocus();
-        prediction->selectAll();
-        typeNumber(prediction, QStringLiteral("25"));
+        replaceNumber(prediction, QStringLiteral("25"));
         QTest::keyClick(prediction, Qt::Key_Tab);
     }));
     QCOMPARE(body(2).filter.strength, 0.25);

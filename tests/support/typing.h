@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QAbstractSpinBox>
 #include <QLocale>
 #include <QTest>
 #include <QWidget>
@@ -21,4 +22,12 @@ inline void typeNumber(QWidget *widget, const QString &number)
         // QTest::keyClick knows the keys of Latin 1 only.
         QTest::sendKeyEvent(QTest::Click, widget, Qt::Key_unknown, QString(key), Qt::NoModifier);
     }
+}
+
+/// Types \a number over what \a spinBox holds; the edit is still open afterwards. GUI thread.
+inline void replaceNumber(QAbstractSpinBox *spinBox, const QString &number)
+{
+    spinBox->setFocus();
+    spinBox->selectAll();
+    typeNumber(spinBox, number);
 }
