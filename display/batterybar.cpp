@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
 
-#include "module/channel/saturate.h"
+#include "numbers/saturatedint.h"
 
 #include <algorithm>
 

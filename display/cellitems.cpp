@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/cellitems.h"
 
-#include "display/samebits.h"
+#include "numbers/samebits.h"
 
 #include <QBrush>
 #include <QSignalBlocker>

@@ -3,9 +3,9 @@
 #include "display/datadisplay.h"
 
 #include "display/sensorschedule.h"
-#include "module/channel/version.h"
-#include "module/interface/backendversions.h"
-#include "module/interface/iomanager.h"
+#include "channel/version.h"
+#include "interface/backendversions.h"
+#include "interface/iomanager.h"
 
 #include <QByteArray>
 #include <QDir>

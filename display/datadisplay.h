@@ -5,7 +5,7 @@
 #include "data/trackingdata.h"
 #include "display/cellrange.h"
 #include "display/shownrow.h"
-#include "module/interface/requester.h"
+#include "interface/requester.h"
 #include "ui_datadisplay.h"
 
 #include <QList>

@@ -6,9 +6,9 @@
 #include "display/datadisplay.h"
 #include "display/sensorschedule.h"
 #include "display/temperaturebar.h"
-#include "module/channel/query.h"
-#include "module/channel/version.h"
-#include "module/interface/iomanager.h"
+#include "channel/query.h"
+#include "channel/version.h"
+#include "interface/iomanager.h"
 
 #include <QHeaderView>
 #include <QScopeGuard>

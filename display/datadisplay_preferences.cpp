@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/columns.h"
 #include "display/datadisplay.h"
-#include "module/channel/query.h"
+#include "channel/query.h"
 
 #include <QDir>
 #include <QDomDocument>

@@ -4,9 +4,9 @@
 #include "display/columns.h"
 #include "display/datadisplay.h"
 #include "display/temperaturebar.h"
-#include "module/channel/query.h"
-#include "module/channel/saturate.h"
-#include "module/interface/iomanager.h"
+#include "channel/query.h"
+#include "numbers/saturatedint.h"
+#include "interface/iomanager.h"
 
 #include <QBrush>
 

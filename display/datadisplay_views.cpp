@@ -4,7 +4,7 @@
 #include "display/cellitems.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
-#include "module/channel/version.h"
+#include "channel/version.h"
 
 #include <QHeaderView>
 #include <QScopeGuard>

@@ -4,7 +4,7 @@
 
 #include "data/angles.h"
 #include "data/records.h"
-#include "display/samebits.h"
+#include "numbers/samebits.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/temperaturebar.h"
 
-#include "module/channel/saturate.h"
+#include "numbers/saturatedint.h"
 
 TemperatureBar::TemperatureBar(QWidget *parent)
     : LevelBar(parent, "TemperatureBar", 95)

@@ -3,7 +3,7 @@
 #include "display/zeltablewidget.h"
 
 #include "filter/filterdialog.h"
-#include "module/channel/version.h"
+#include "channel/version.h"
 
 #include <QAction>
 #include <QCursor>

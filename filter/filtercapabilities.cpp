@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filtercapabilities.h"
 
-#include "module/channel/query.h"
-#include "module/channel/saturate.h"
-#include "module/channel/version.h"
-#include "module/interface/iomanager.h"
+#include "channel/query.h"
+#include "numbers/saturatedint.h"
+#include "channel/version.h"
+#include "interface/iomanager.h"
 
 #include <QCoreApplication>
 

@@ -3,8 +3,8 @@
 #include "filter/filterdialog.h"
 
 #include "filter/filterhelp.h"
-#include "module/channel/query.h"
-#include "module/interface/iomanager.h"
+#include "channel/query.h"
+#include "interface/iomanager.h"
 #include "ui_filterdialog.h"
 
 #include <QKeyEvent>

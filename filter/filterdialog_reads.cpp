@@ -3,10 +3,10 @@
 #include "filter/filterdialog.h"
 
 #include "filter/filtercontrols.h"
-#include "module/channel/query.h"
-#include "module/channel/saturate.h"
-#include "module/channel/version.h"
-#include "module/interface/iomanager.h"
+#include "channel/query.h"
+#include "numbers/saturatedint.h"
+#include "channel/version.h"
+#include "interface/iomanager.h"
 #include "ui_filterdialog.h"
 
 #include <QScopedValueRollback>

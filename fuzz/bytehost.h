@@ -3,7 +3,7 @@
 #pragma once
 
 #include "fuzz/bytesource.h"
-#include "module/interface/iomanager.h"
+#include "interface/iomanager.h"
 
 #include <QByteArrayList>
 

@@ -4,7 +4,7 @@
 #include "filter/filterdialog.h"
 #include "fuzz/bytehost.h"
 #include "fuzz/fuzztarget.h"
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -3,7 +3,7 @@
 #include "display/datadisplay.h"
 #include "fuzz/bytehost.h"
 #include "fuzz/fuzztarget.h"
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 
 #include <QCoreApplication>
 #include <QFile>

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/outputthread.h"
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 
 #include <QObject>
 

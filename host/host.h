@@ -8,7 +8,7 @@
 #include "host/mainwindow.h"
 #include "host/moduleloader.h"
 #include "host/options.h"
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 
 #include <QCoreApplication>
 

@@ -5,7 +5,7 @@
 #include "backend/trackingbackend.h"
 #include "host/commandformat.h"
 #include "host/hostlog.h"
-#include "module/interface/requester.h"
+#include "interface/requester.h"
 
 #include <QList>
 

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "host/outputsubscriptions.h"
-#include "module/interface/iomanager.h"
+#include "interface/iomanager.h"
 
 #include <QByteArray>
 #include <QCoreApplication>

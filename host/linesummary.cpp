@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "host/linesummary.h"
 
-#include "module/interface/moduleinterface.h"
+#include "interface/moduleinterface.h"
 
 #include <QStringList>
 #include <QVariant>

@@ -6,7 +6,7 @@
 #include "host/backendsession.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
-#include "module/interface/moduleinterface.h"
+#include "interface/moduleinterface.h"
 
 #include <QAction>
 #include <QApplication>

@@ -3,8 +3,8 @@
 #include "host/moduleloader.h"
 
 #include "host/hostlog.h"
-#include "module/interface/iomanager.h"
-#include "module/interface/moduleinterface.h"
+#include "interface/iomanager.h"
+#include "interface/moduleinterface.h"
 
 #include <QDir>
 #include <QJsonObject>

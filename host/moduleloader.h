@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 
 #include <QCoreApplication>
 #include <QList>

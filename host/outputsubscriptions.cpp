@@ -3,7 +3,7 @@
 #include "host/outputsubscriptions.h"
 
 #include "backend/trackingbackend.h"
-#include "module/interface/requester.h"
+#include "interface/requester.h"
 
 #include <algorithm>
 

@@ -3,8 +3,8 @@
 #include "module/datadisplaymodule.h"
 
 #include "display/datadisplay.h"
-#include "module/interface/backendversions.h"
-#include "module/interface/iomanager.h"
+#include "interface/backendversions.h"
+#include "interface/iomanager.h"
 
 #include <QAction>
 #include <QDockWidget>

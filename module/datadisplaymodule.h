@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "module/interface/moduleinterface.h"
+#include "interface/moduleinterface.h"
 
 #include <QObject>
 

@@ -4,7 +4,7 @@
 
 #include "display/columns.h"
 #include "display/datadisplay.h"
-#include "module/interface/backendversions.h"
+#include "interface/backendversions.h"
 #include "tests/support/scriptedhost.h"
 
 #include <QStringList>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "module/interface/iomanager.h"
+#include "interface/iomanager.h"
 
 #include <QByteArray>
 #include <QByteArrayList>

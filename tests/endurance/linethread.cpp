@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/linethread.h"
 
-#include "module/interface/requester.h"
+#include "interface/requester.h"
 
 LineThread::LineThread()
     : thread([this] { run(); })

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "module/interface/requester.h"
+#include "interface/requester.h"
 
 #include <QByteArray>
 #include <QtGlobal>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "host/linesummary.h"
-#include "module/interface/moduleinterface.h"
+#include "interface/moduleinterface.h"
 
 #include <QTest>
 

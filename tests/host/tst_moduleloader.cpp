@@ -3,7 +3,7 @@
 #include "host/hostiomanager.h"
 #include "host/hostlog.h"
 #include "host/moduleloader.h"
-#include "module/interface/moduleinterface.h"
+#include "interface/moduleinterface.h"
 
 #include <QAction>
 #include <QDir>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "module/channel/query.h"
-#include "module/channel/saturate.h"
+#include "channel/query.h"
+#include "numbers/saturatedint.h"
 #include "tests/support/scriptedhost.h"
 
 #include <QtTest>

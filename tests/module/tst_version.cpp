@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "module/channel/version.h"
-#include "module/interface/backendversions.h"
+#include "channel/version.h"
+#include "interface/backendversions.h"
 
 #include <QtTest>
 

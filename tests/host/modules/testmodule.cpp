@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/host/modules/testmodule.h"
 
-#include "module/interface/backendversions.h"
-#include "module/interface/iomanager.h"
+#include "interface/backendversions.h"
+#include "interface/iomanager.h"
 
 #include <QAction>
 #include <QCoreApplication>

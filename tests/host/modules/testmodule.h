@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "module/interface/moduleinterface.h"
-#include "module/interface/requester.h"
+#include "interface/moduleinterface.h"
+#include "interface/requester.h"
 
 #include <QSize>
 #include <QWidget>

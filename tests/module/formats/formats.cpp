@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "module/interface/iomanager.h"
+#include "interface/iomanager.h"
 
 /// One CALL of the command channel with a text as its value. It compiles with "%s", and must not with "%d".
 int call(IOManager &io, char *answer, qint32 *count, double *numbers, bool *flag, const char *value)

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "module/channel/query.h"
+#include "channel/query.h"
 
-#include "module/interface/iomanager.h"
+#include "interface/iomanager.h"
 
 void logToHost(IOManager &io, const QString &text)
 {
