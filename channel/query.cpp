@@ -9,30 +9,30 @@ void logToHost(IOManager &io, const QString &text)
     io.logMessage("standard", "VORNAK4", 1, text.toLatin1().constData());
 }
 
-QString withoutQuotes(const QByteArray &answer)
+QString unquoted(const QByteArray &answer)
 {
     return QString::fromUtf8(answer).remove(QLatin1Char('"'));
 }
 
-char *Query::textSlot() noexcept
+char *Query::textBuffer() noexcept
 {
     answer.fill('\0');
     return answer.data();
 }
 
-qint32 *Query::countSlot() noexcept
+qint32 *Query::intBuffer() noexcept
 {
     countAnswer = 0;
     return &countAnswer;
 }
 
-double *Query::numberSlot() noexcept
+double *Query::doubleBuffer() noexcept
 {
     numberAnswer = 0.0;
     return &numberAnswer;
 }
 
-bool *Query::flagSlot() noexcept
+bool *Query::boolBuffer() noexcept
 {
     flagAnswer = false;
     return &flagAnswer;

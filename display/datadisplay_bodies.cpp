@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "channel/query.h"
+#include "channel/version.h"
 #include "display/batterybar.h"
 #include "display/cellitems.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
 #include "display/sensorschedule.h"
 #include "display/temperaturebar.h"
-#include "channel/query.h"
-#include "channel/version.h"
 #include "interface/iomanager.h"
 
 #include <QHeaderView>
@@ -46,7 +46,7 @@ void DataDisplay::rebuildConfiguration()
 {
     Query query(*ioManager);
     numBodies =
-        query.count(ioManager->requestInt(query.countSlot(), "standard number_of_bodies"), "get number of bodies");
+        query.count(ioManager->requestInt(query.intBuffer(), "standard number_of_bodies"), "get number of bodies");
     hasHeadRow = detectHeadRow();
     fixedAnglePresent = detectFixedAngles();
     chooseOutputFormat();
@@ -77,20 +77,20 @@ void DataDisplay::rebuildConfiguration()
 bool DataDisplay::detectHeadRow()
 {
     Query query(*ioManager);
-    if (!query.isNotNo(ioManager->requestString(query.textSlot(), "wandor multiuser_available"),
+    if (!query.isNotNo(ioManager->requestString(query.textBuffer(), "wandor multiuser_available"),
                        "get info multiuser wandor available"))
         return false;
-    if (!query.isNotNo(ioManager->requestString(query.textSlot(), "wandor multiuser"),
+    if (!query.isNotNo(ioManager->requestString(query.textBuffer(), "wandor multiuser"),
                        "get info multiuser wandor activated"))
         return false;
     if (versionAtLeast(*versions, 0, 13)
-        && !query.isNotNo(ioManager->requestString(query.textSlot(), "wandor multiuser_with_head_available"),
+        && !query.isNotNo(ioManager->requestString(query.textBuffer(), "wandor multiuser_with_head_available"),
                           "get info multiuser wandor with head available"))
         return false;
-    if (!query.isNotNo(ioManager->requestString(query.textSlot(), "wandor multiuser_with_head"),
+    if (!query.isNotNo(ioManager->requestString(query.textBuffer(), "wandor multiuser_with_head"),
                        "get info multiuser wandor with head activated"))
         return false;
-    return query.count(ioManager->requestInt(query.countSlot(), "body number_of_bodies multiuserwandor_head"),
+    return query.count(ioManager->requestInt(query.intBuffer(), "body number_of_bodies multiuserwandor_head"),
                        "get number of multiuser head targets")
         > 0;
 }
@@ -100,7 +100,7 @@ bool DataDisplay::detectFixedAngles()
     if (!versionAtLeast(*versions, 1, 12))
         return false;
     Query query(*ioManager);
-    return query.flag(ioManager->requestBool(query.flagSlot(), "standard fixed_angle_present"),
+    return query.flag(ioManager->requestBool(query.boolBuffer(), "standard fixed_angle_present"),
                       "get fixed angle present");
 }
 
@@ -117,7 +117,7 @@ void DataDisplay::activateOutput(const char *tag)
 {
     const QString name = QLatin1String(tag);
     Query query(*ioManager);
-    const auto available = query.text(ioManager->requestString(query.textSlot(), "output available %s", tag),
+    const auto available = query.text(ioManager->requestString(query.textBuffer(), "output available %s", tag),
                                       "get info output %1 available", name);
     if (!available)
         return;
@@ -126,7 +126,7 @@ void DataDisplay::activateOutput(const char *tag)
                   QStringLiteral("Error: Output format %1 is not available and cannot be activated").arg(name));
         return;
     }
-    const auto active = query.text(ioManager->requestString(query.textSlot(), "output active chmon %s", tag),
+    const auto active = query.text(ioManager->requestString(query.textBuffer(), "output active chmon %s", tag),
                                    "get info output %1 active", name);
     if (!active || *active != "no")
         return;
@@ -140,7 +140,7 @@ void DataDisplay::readCalibratedBodies()
         calibratedBodies[0] = isHeadTargetReady();
     Query query(*ioManager);
     for (qint32 body = 1; body <= numBodies; ++body) {
-        if (query.isYes(ioManager->requestString(query.textSlot(), "body calibrated standard b%2.2d", body)))
+        if (query.isYes(ioManager->requestString(query.textBuffer(), "body calibrated standard b%2.2d", body)))
             calibratedBodies[body - 1 + headRows()] = true;
     }
 }
@@ -149,19 +149,19 @@ bool DataDisplay::isHeadTargetReady()
 {
     Query query(*ioManager);
     const qint32 count =
-        query.count(ioManager->requestInt(query.countSlot(), "body number_of_bodies multiuserwandor_head"),
+        query.count(ioManager->requestInt(query.intBuffer(), "body number_of_bodies multiuserwandor_head"),
                     "get number of multiuser head targets");
     bool ready = false;
     for (qint32 target = 1; target <= count; ++target) {
         const auto calibrated = query.text(
-            ioManager->requestString(query.textSlot(), "body calibrated multiuserwandor_head b%2.2d", target),
+            ioManager->requestString(query.textBuffer(), "body calibrated multiuserwandor_head b%2.2d", target),
             "get info multiuser head target is calibrated");
         if (!calibrated)
             return false;
         if (*calibrated != "yes")
             continue;
         const auto active =
-            query.text(ioManager->requestString(query.textSlot(), "body active multiuserwandor_head b%2.2d", target),
+            query.text(ioManager->requestString(query.textBuffer(), "body active multiuserwandor_head b%2.2d", target),
                        "get info multiuser head target is activated");
         if (!active)
             return false;
@@ -177,7 +177,7 @@ void DataDisplay::readActiveBodies()
         activeBodies[0] = true;
     Query query(*ioManager);
     for (qint32 body = 1; body <= numBodies; ++body) {
-        if (query.isYes(ioManager->requestString(query.textSlot(), "body active standard b%2.2d", body)))
+        if (query.isYes(ioManager->requestString(query.textBuffer(), "body active standard b%2.2d", body)))
             activeBodies[body - 1 + headRows()] = true;
     }
 }
@@ -212,8 +212,8 @@ QString DataDisplay::bodyDescription(int row)
     if ((hasHeadRow && row < 1) || !calibratedBodies.value(row) || !versionAtLeast(*versions, 0, 16))
         return {};
     Query query(*ioManager);
-    return withoutQuotes(
-        query.text(ioManager->requestString(query.textSlot(), "body desc standard b%.2d", bodyNumberOfRow(row)))
+    return unquoted(
+        query.text(ioManager->requestString(query.textBuffer(), "body desc standard b%.2d", bodyNumberOfRow(row)))
             .value_or(QByteArray()));
 }
 
@@ -223,7 +223,7 @@ QString DataDisplay::filterActiveText(int row)
         return {};
     Query query(*ioManager);
     const bool active = query.isYes(
-        ioManager->requestString(query.textSlot(), "body filter6d_enabled standard b%.2d", bodyNumberOfRow(row)));
+        ioManager->requestString(query.textBuffer(), "body filter6d_enabled standard b%.2d", bodyNumberOfRow(row)));
     return active ? QStringLiteral("active") : QString();
 }
 
@@ -245,7 +245,7 @@ void DataDisplay::buildInertialCells()
         QByteArray answer = "none";
         if (versionAtLeast(*versions, 1, 12)) {
             answer = query
-                         .text(ioManager->requestString(query.textSlot(), "body inertial_sensor standard b%.2d",
+                         .text(ioManager->requestString(query.textBuffer(), "body inertial_sensor standard b%.2d",
                                                         bodyNumberOfRow(row)))
                          .value_or(answer);
         }
@@ -282,7 +282,7 @@ void DataDisplay::readTrackingReference()
     if (!versionAtLeast(*versions, 1, 24))
         return;
     Query query(*ioManager);
-    const auto answer = query.text(ioManager->requestString(query.textSlot(), "tracking reference"));
+    const auto answer = query.text(ioManager->requestString(query.textBuffer(), "tracking reference"));
     if (!answer || *answer == "none")
         return;
     const QStringList parts = QString::fromUtf8(*answer).split(QLatin1Char(' '));
@@ -302,7 +302,7 @@ void DataDisplay::configureSensors()
 {
     Query query(*ioManager);
     inertialAvailable = versionAtLeast(*versions, 1, 12)
-        && query.isYes(ioManager->requestString(query.textSlot(), "inertial available"));
+        && query.isYes(ioManager->requestString(query.textBuffer(), "inertial available"));
     if (!inertialAvailable)
         return; // and the sensor columns stay as they are
     inertialInUse = anySensorInUse();
@@ -321,13 +321,13 @@ void DataDisplay::configureSensors()
 bool DataDisplay::anySensorInUse()
 {
     Query query(*ioManager);
-    const qint32 count = query.count(ioManager->requestInt(query.countSlot(), "inertial number_of_sensors"));
+    const qint32 count = query.count(ioManager->requestInt(query.intBuffer(), "inertial number_of_sensors"));
     for (qint32 sensor = 1; sensor <= count; ++sensor) {
-        const auto id = query.text(ioManager->requestString(query.textSlot(), "inertial sensor d%.2d", sensor));
+        const auto id = query.text(ioManager->requestString(query.textBuffer(), "inertial sensor d%.2d", sensor));
         if (!id)
             return false;
         const auto body =
-            query.text(ioManager->requestString(query.textSlot(), "inertial body_of_sensor %s", id->constData()));
+            query.text(ioManager->requestString(query.textBuffer(), "inertial body_of_sensor %s", id->constData()));
         if (body.value_or("none") != "none")
             return true;
     }

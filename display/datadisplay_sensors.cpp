@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "channel/query.h"
 #include "display/batterybar.h"
 #include "display/columns.h"
 #include "display/datadisplay.h"
 #include "display/temperaturebar.h"
-#include "channel/query.h"
-#include "numbers/saturatedint.h"
 #include "interface/iomanager.h"
+#include "numbers/saturatedint.h"
 
 #include <QBrush>
 
@@ -38,7 +38,7 @@ void DataDisplay::pollSensor(int row, bool first)
         return;
     Query query(*ioManager);
     const auto present =
-        query.text(ioManager->requestString(query.textSlot(), "inertial sensor_present %s", sensor.constData()));
+        query.text(ioManager->requestString(query.textBuffer(), "inertial sensor_present %s", sensor.constData()));
     if (!present) {
         tableWidget6d->item(row, SensorColumn)->setBackground(QBrush(Qt::red));
         return; // and the bars keep what they show
@@ -49,7 +49,7 @@ void DataDisplay::pollSensor(int row, bool first)
         return;
     }
     const double battery =
-        query.number(ioManager->requestDouble(query.numberSlot(), "inertial sensor_battery %s", sensor.constData()));
+        query.number(ioManager->requestDouble(query.doubleBuffer(), "inertial sensor_battery %s", sensor.constData()));
     std::array<double, 2> warmth{-1.0, -1.0}; // temperature and level
     const bool answered = query.accepted(
         ioManager->requestDoubles(warmth.data(), 2, "inertial sensor_temperature %s", sensor.constData()));

@@ -3,9 +3,9 @@
 #include "filter/filtercapabilities.h"
 
 #include "channel/query.h"
-#include "numbers/saturatedint.h"
 #include "channel/version.h"
 #include "interface/iomanager.h"
+#include "numbers/saturatedint.h"
 
 #include <QCoreApplication>
 
@@ -50,9 +50,9 @@ bool FilterCapabilities::isAvailable(int tabIndex) const
         return false;
     Query query(io);
     if (tabIndex == standardTab)
-        return query.isYes(io.requestString(query.textSlot(), "filter6d available standard"));
+        return query.isYes(io.requestString(query.textBuffer(), "filter6d available standard"));
     if (tabIndex == wandorTab)
-        return query.isYes(io.requestString(query.textSlot(), "filter6d available wandor"));
+        return query.isYes(io.requestString(query.textBuffer(), "filter6d available wandor"));
     return false;
 }
 
@@ -61,7 +61,7 @@ bool FilterCapabilities::isLocked() const
     if (!versionAtLeast(versions, 1, 9))
         return false;
     Query query(io);
-    return query.text(io.requestString(query.textSlot(), "config is_changeable")) == QByteArray("no");
+    return query.text(io.requestString(query.textBuffer(), "config is_changeable")) == QByteArray("no");
 }
 
 bool FilterCapabilities::hasListsPerBody() const
@@ -74,13 +74,13 @@ FilterLimits FilterCapabilities::limits() const
     Query query(io);
     FilterLimits limits;
     limits.strengthMin =
-        finiteNumber(query.number(io.requestDouble(query.numberSlot(), "filter6d limit strength_min")));
+        finiteNumber(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit strength_min")));
     limits.strengthMax =
-        finiteNumber(query.number(io.requestDouble(query.numberSlot(), "filter6d limit strength_max")));
+        finiteNumber(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit strength_max")));
     limits.predictionMin =
-        milliseconds(query.number(io.requestDouble(query.numberSlot(), "filter6d limit prediction_min")));
+        milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_min")));
     limits.predictionMax =
-        milliseconds(query.number(io.requestDouble(query.numberSlot(), "filter6d limit prediction_max")));
+        milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_max")));
     return limits;
 }
 
@@ -88,17 +88,17 @@ QVector<FilterPresetEntry> FilterCapabilities::presets() const
 {
     QVector<FilterPresetEntry> entries;
     Query query(io);
-    const qint32 count = query.count(io.requestInt(query.countSlot(), "filter6d number_of_presets"));
+    const qint32 count = query.count(io.requestInt(query.intBuffer(), "filter6d number_of_presets"));
     for (qint32 k = 1; k <= count; ++k) {
-        const auto id = query.text(io.requestString(query.textSlot(), "filter6d preset_id t%.2d", k));
+        const auto id = query.text(io.requestString(query.textBuffer(), "filter6d preset_id t%.2d", k));
         if (!id)
             continue;
         const auto description =
-            query.text(io.requestString(query.textSlot(), "filter6d preset_desc %s", id->constData()));
+            query.text(io.requestString(query.textBuffer(), "filter6d preset_desc %s", id->constData()));
         if (!description)
             continue;
         const bool forInertialBodies = *id == "preset6d_default" || *id == "preset6d_med_pred";
-        entries.append({QString::fromUtf8(*id), withoutQuotes(*description), forInertialBodies});
+        entries.append({QString::fromUtf8(*id), unquoted(*description), forInertialBodies});
     }
     return entries;
 }
@@ -107,15 +107,15 @@ QVector<FilterModeEntry> FilterCapabilities::modes() const
 {
     QVector<FilterModeEntry> entries;
     Query query(io);
-    const qint32 count = query.count(io.requestInt(query.countSlot(), "filter6d number_of_modes"));
+    const qint32 count = query.count(io.requestInt(query.intBuffer(), "filter6d number_of_modes"));
     for (qint32 k = 1; k <= count; ++k) {
-        const auto id = query.text(io.requestString(query.textSlot(), "filter6d mode_id t%.2d", k));
+        const auto id = query.text(io.requestString(query.textBuffer(), "filter6d mode_id t%.2d", k));
         if (!id)
             continue;
         const auto description =
-            query.text(io.requestString(query.textSlot(), "filter6d mode_desc %s", id->constData()));
+            query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()));
         if (description)
-            entries.append({QString::fromUtf8(*id), withoutQuotes(*description)});
+            entries.append({QString::fromUtf8(*id), unquoted(*description)});
     }
     return entries;
 }
@@ -125,20 +125,20 @@ FilterChoices FilterCapabilities::presetsOf(const QByteArray &bodyId) const
     FilterChoices choices;
     Query query(io);
     const qint32 count =
-        query.count(io.requestInt(query.countSlot(), "filter6d number_of_presets"), "get number of filter 6d presets");
+        query.count(io.requestInt(query.intBuffer(), "filter6d number_of_presets"), "get number of filter 6d presets");
     for (qint32 k = 1; k <= count; ++k) {
         const auto id =
-            query.text(io.requestString(query.textSlot(), "filter6d preset_id t%02d", k), "get filter 6d preset id");
+            query.text(io.requestString(query.textBuffer(), "filter6d preset_id t%02d", k), "get filter 6d preset id");
         if (!id)
             continue;
-        if (!query.flag(io.requestBool(query.flagSlot(), "body filter6d_preset_available %s %s", bodyId.constData(),
+        if (!query.flag(io.requestBool(query.boolBuffer(), "body filter6d_preset_available %s %s", bodyId.constData(),
                                        id->constData()),
                         "get filter 6d preset id available"))
             continue;
         const auto description =
-            query.text(io.requestString(query.textSlot(), "filter6d preset_desc %s", id->constData()),
+            query.text(io.requestString(query.textBuffer(), "filter6d preset_desc %s", id->constData()),
                        "get filter 6d preset description");
-        choices.insert(QString::fromUtf8(*id), withoutQuotes(description.value_or(*id)));
+        choices.insert(QString::fromUtf8(*id), unquoted(description.value_or(*id)));
     }
     return choices;
 }
@@ -148,20 +148,20 @@ FilterChoices FilterCapabilities::modesOf(const QByteArray &bodyId) const
     FilterChoices choices;
     Query query(io);
     const qint32 count =
-        query.count(io.requestInt(query.countSlot(), "filter6d number_of_modes"), "get number of filter 6d modes");
+        query.count(io.requestInt(query.intBuffer(), "filter6d number_of_modes"), "get number of filter 6d modes");
     for (qint32 k = 1; k <= count; ++k) {
         const auto id =
-            query.text(io.requestString(query.textSlot(), "filter6d mode_id t%02d", k), "get filter 6d mode id");
+            query.text(io.requestString(query.textBuffer(), "filter6d mode_id t%02d", k), "get filter 6d mode id");
         if (!id)
             continue;
-        if (!query.flag(io.requestBool(query.flagSlot(), "body filter6d_mode_available %s %s", bodyId.constData(),
+        if (!query.flag(io.requestBool(query.boolBuffer(), "body filter6d_mode_available %s %s", bodyId.constData(),
                                        id->constData()),
                         "get filter 6d mode id available"))
             continue;
         const auto description =
-            query.text(io.requestString(query.textSlot(), "filter6d mode_desc %s", id->constData()),
+            query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()),
                        "get filter 6d mode description");
-        choices.insert(QString::fromUtf8(*id), withoutQuotes(description.value_or(*id)));
+        choices.insert(QString::fromUtf8(*id), unquoted(description.value_or(*id)));
     }
     return choices;
 }
@@ -184,11 +184,11 @@ QVector<FilterBodyEntry> FilterCapabilities::bodies(int tabIndex, int bodyIndex)
 FilterBodyEntry FilterCapabilities::standardBody(qint32 number) const
 {
     Query query(io);
-    const auto sensor = query.text(io.requestString(query.textSlot(), "body inertial_sensor standard b%.2d", number));
-    const auto description = query.text(io.requestString(query.textSlot(), "body desc standard b%.2d", number));
+    const auto sensor = query.text(io.requestString(query.textBuffer(), "body inertial_sensor standard b%.2d", number));
+    const auto description = query.text(io.requestString(query.textBuffer(), "body desc standard b%.2d", number));
 
     QString name = numbered(QCoreApplication::translate("FilterDialog", "standard body %1"), number);
-    const QString plainDescription = withoutQuotes(description.value_or(QByteArray()));
+    const QString plainDescription = unquoted(description.value_or(QByteArray()));
     if (!plainDescription.isEmpty())
         name += QLatin1String(" (") + plainDescription + QLatin1Char(')');
     return {numbered(QStringLiteral("standard b%1"), number), name, sensor.value_or("none") != "none"};
@@ -198,9 +198,9 @@ QVector<FilterBodyEntry> FilterCapabilities::calibratedStandardBodies() const
 {
     QVector<FilterBodyEntry> entries;
     Query query(io);
-    const qint32 count = query.count(io.requestInt(query.countSlot(), "body number_of_bodies standard"));
+    const qint32 count = query.count(io.requestInt(query.intBuffer(), "body number_of_bodies standard"));
     for (qint32 number = 1; number <= count; ++number) {
-        if (query.isYes(io.requestString(query.textSlot(), "body calibrated standard b%.2d", number)))
+        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated standard b%.2d", number)))
             entries.append(standardBody(number));
     }
     return entries;
@@ -210,9 +210,9 @@ QVector<FilterBodyEntry> FilterCapabilities::calibratedWandors() const
 {
     QVector<FilterBodyEntry> entries;
     Query query(io);
-    const qint32 count = query.count(io.requestInt(query.countSlot(), "wandor number_of_devices"));
+    const qint32 count = query.count(io.requestInt(query.intBuffer(), "wandor number_of_devices"));
     for (qint32 number = 1; number <= count; ++number) {
-        if (query.isYes(io.requestString(query.textSlot(), "body calibrated wandor b%.2d", number)))
+        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated wandor b%.2d", number)))
             entries.append(wandor(number));
     }
     return entries;

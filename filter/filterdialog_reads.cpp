@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 
-#include "filter/filtercontrols.h"
 #include "channel/query.h"
-#include "numbers/saturatedint.h"
 #include "channel/version.h"
+#include "filter/filtercontrols.h"
 #include "interface/iomanager.h"
+#include "numbers/saturatedint.h"
 #include "ui_filterdialog.h"
 
 #include <QScopedValueRollback>
@@ -88,10 +88,10 @@ void FilterDialog::readActive()
     }
     Query query(*ioManager);
     ui->checkBox_active->setChecked(
-        query.isYes(ioManager->requestString(query.textSlot(), "body filter6d_enabled %s", body.constData())));
+        query.isYes(ioManager->requestString(query.textBuffer(), "body filter6d_enabled %s", body.constData())));
     QByteArray sensor = "none";
     if (versionAtLeast(*versions, 1, 12)) {
-        sensor = query.text(ioManager->requestString(query.textSlot(), "body inertial_sensor %s", body.constData()))
+        sensor = query.text(ioManager->requestString(query.textBuffer(), "body inertial_sensor %s", body.constData()))
                      .value_or(sensor);
     }
     ui->checkBox_active->setVisible(sensor == "none");
@@ -107,7 +107,7 @@ void FilterDialog::readPreset()
     fillPresets(body);
     Query query(*ioManager);
     const auto preset =
-        query.text(ioManager->requestString(query.textSlot(), "body filter6d_preset %s", body.toUtf8().constData()),
+        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_preset %s", body.toUtf8().constData()),
                    "get filter 6d preset for body %1", body);
     if (!preset) {
         ui->comboBox_preset->setEnabled(false);
@@ -126,7 +126,7 @@ void FilterDialog::readStrength()
     }
     Query query(*ioManager);
     const double strength = query.number(
-        ioManager->requestDouble(query.numberSlot(), "body filter6d_strength %s", body.toUtf8().constData()),
+        ioManager->requestDouble(query.doubleBuffer(), "body filter6d_strength %s", body.toUtf8().constData()),
         "get filter 6d strength for body %1", body);
     ui->doubleSpinBox_strength->setValue(finiteNumber(strength));
 
@@ -145,7 +145,7 @@ void FilterDialog::readPrediction()
     }
     Query query(*ioManager);
     const double seconds = query.number(
-        ioManager->requestDouble(query.numberSlot(), "body filter6d_prediction %s", body.toUtf8().constData()),
+        ioManager->requestDouble(query.doubleBuffer(), "body filter6d_prediction %s", body.toUtf8().constData()),
         "get filter 6d prediction for body %1", body);
     ui->spinBox_prediction->setValue(saturatedInt(seconds * 1000.0));
     ui->spinBox_prediction->setEnabled(
@@ -160,7 +160,7 @@ void FilterDialog::readMode()
     fillModes(body);
     Query query(*ioManager);
     const auto mode =
-        query.text(ioManager->requestString(query.textSlot(), "body filter6d_mode %s", body.toUtf8().constData()),
+        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_mode %s", body.toUtf8().constData()),
                    "get filter 6d mode for body %1", body);
     const QScopedValueRollback<bool> quiet(ready, false);
     if (!mode) {

@@ -42,9 +42,9 @@ public:
     virtual void startOutput(const char *tag, Requester *requester) = 0;
     /// Entry 13. Output lines of type \a tag no longer go to \a requester.
     virtual void stopOutput(const char *tag, Requester *requester) = 0;
-    /// Entry 14. Makes \a requester known; its owner unregisters it before it goes.
+    /// Entry 14. Adds \a requester, which its owner unregisters before it is destroyed.
     virtual void registerRequester(Requester *requester) = 0;
-    /// Entry 15. Forgets \a requester; when the call returns, nothing calls it any more.
+    /// Entry 15. Removes \a requester; once this returns, nothing calls it any more.
     virtual void unregisterRequester(Requester *requester) = 0;
 
     /// Entry 16. Adds the Latin-1 text \a text to the host's log.

@@ -10,7 +10,7 @@
 class QAction;
 class QWidget;
 
-/// What a module puts into the host's menus and dock areas. The module owns the record, the action and the widget.
+/// What a module adds to the host's menus and dock areas. The module owns the record, the action and the widget.
 struct ModuleEntry {
     QAction *action = nullptr;
     qint32 primaryOrder = 0;
@@ -27,13 +27,13 @@ public:
     ModuleInterface() = default;
     virtual ~ModuleInterface() = default;
 
-    /// The host is about to unload the module: unregister from the command channel and save what is to be kept.
+    /// The host is about to unload the module: it unregisters from the command channel and saves its settings.
     virtual void aboutToUnload() = 0;
-    /// Deletes the widgets of the entries; the host has forgotten them by then.
+    /// Deletes the widgets of the entries, which the host no longer uses.
     virtual void releaseWidgets() = 0;
     virtual QString moduleName() const = 0;
     virtual QString moduleVersion() const = 0; ///< such as "v2.2.6"
-    /// The module's entries, made at the first call. All properties must have been set by then.
+    /// The module's entries, created at the first call. All properties must have been set by then.
     virtual QList<ModuleEntry *> moduleEntries() = 0;
     /// Hands over one of the host's objects ("CommandManager", "ModuleParent", "BackendVersions": never owned by the
     /// module) or settings ("ObserverMode"). An unknown name is ignored.

@@ -10,7 +10,7 @@ public:
     /// Called on the host's data thread. Returns 0 when consumed or ignored, -1 when malformed.
     virtual int processOutput(const char *tag, const char *line) = 0;
 
-    /// Entry 1. The backend is ready, or its configuration is another: read it anew. GUI thread.
+    /// Entry 1. The backend is ready, or its configuration has changed: read it again. GUI thread.
     virtual void configurationChanged() = 0;
 
     /// Entry 2. The backend is gone: drop its data. GUI thread.

@@ -34,12 +34,12 @@ private slots:
     void counts_data();
     void counts();
     void otherAnswers();
-    void slotsStartEmpty();
+    void buffersStartEmpty();
     void logTexts_data();
     void logTexts();
     void textsOfTheBackendAreNoFormats();
-    void quotesGo_data();
-    void quotesGo();
+    void quotesAreRemoved_data();
+    void quotesAreRemoved();
     void saturation_data();
     void saturation();
 };
@@ -61,8 +61,8 @@ void TestQuery::texts()
     QFETCH(const QByteArray, answer);
     ScriptedHost host;
     Query query(host);
-    char *const slot = query.textSlot();
-    std::memcpy(slot, answer.constData(), static_cast<size_t>(qMin(answer.size() + 1, 200)));
+    char *const buffer = query.textBuffer();
+    std::memcpy(buffer, answer.constData(), static_cast<size_t>(qMin(answer.size() + 1, 200)));
     const std::optional<QByteArray> text = query.text(0, "get it");
     QVERIFY(text.has_value());
     QCOMPARE(*text, answer);
@@ -92,9 +92,9 @@ void TestQuery::yesAndNo()
     QFETCH(const bool, notNo);
     ScriptedHost host;
     Query query(host);
-    std::strcpy(query.textSlot(), answer.constData());
+    std::strcpy(query.textBuffer(), answer.constData());
     QCOMPARE(query.isYes(0, "get it"), yes);
-    std::strcpy(query.textSlot(), answer.constData());
+    std::strcpy(query.textBuffer(), answer.constData());
     QCOMPARE(query.isNotNo(0, "get it"), notNo);
     QCOMPARE(takeCalls(host), QStringList());
 }
@@ -114,17 +114,17 @@ void TestQuery::failuresGiveDefaults()
     ScriptedHost host;
     Query query(host);
     for (const char *const action : {static_cast<const char *>(nullptr), "ask"}) {
-        std::strcpy(query.textSlot(), "yes");
+        std::strcpy(query.textBuffer(), "yes");
         QVERIFY(!query.text(result, action).has_value());
-        std::strcpy(query.textSlot(), "yes");
+        std::strcpy(query.textBuffer(), "yes");
         QVERIFY(!query.isYes(result, action));
-        std::strcpy(query.textSlot(), "yes");
+        std::strcpy(query.textBuffer(), "yes");
         QVERIFY(!query.isNotNo(result, action));
-        *query.countSlot() = 7;
+        *query.intBuffer() = 7;
         QCOMPARE(query.count(result, action), 0);
-        *query.numberSlot() = 0.7;
+        *query.doubleBuffer() = 0.7;
         QCOMPARE(query.number(result, action), 0.0);
-        *query.flagSlot() = true;
+        *query.boolBuffer() = true;
         QVERIFY(!query.flag(result, action));
         QVERIFY(!query.accepted(result, action));
         QStringList logs;
@@ -156,7 +156,7 @@ void TestQuery::counts()
     QFETCH(const bool, logged);
     ScriptedHost host;
     Query query(host);
-    *query.countSlot() = answer;
+    *query.intBuffer() = answer;
     QCOMPARE(query.count(0, "get number of bodies"), count);
     QCOMPARE(takeCalls(host),
              logged ? QStringList{QStringLiteral("log Error: Unable to get number of bodies")} : QStringList());
@@ -166,33 +166,33 @@ void TestQuery::otherAnswers()
 {
     ScriptedHost host;
     Query query(host);
-    *query.numberSlot() = -0.25;
+    *query.doubleBuffer() = -0.25;
     QCOMPARE(query.number(0, "x"), -0.25);
-    *query.flagSlot() = true;
+    *query.boolBuffer() = true;
     QVERIFY(query.flag(0, "x"));
-    *query.flagSlot() = false;
+    *query.boolBuffer() = false;
     QVERIFY(!query.flag(0, "x"));
     QVERIFY(query.accepted(0, "x"));
     QCOMPARE(takeCalls(host), QStringList());
 }
 
-void TestQuery::slotsStartEmpty()
+void TestQuery::buffersStartEmpty()
 {
     ScriptedHost host;
     Query query(host);
-    std::memset(query.textSlot(), 'x', 200);
-    *query.countSlot() = 7;
-    *query.numberSlot() = 0.7;
-    *query.flagSlot() = true;
+    std::memset(query.textBuffer(), 'x', 200);
+    *query.intBuffer() = 7;
+    *query.doubleBuffer() = 0.7;
+    *query.boolBuffer() = true;
 
     // A host that answers without writing anything must not repeat the answer of before.
-    query.textSlot();
+    query.textBuffer();
     QCOMPARE(query.text(0).value_or("failed"), QByteArray());
-    query.countSlot();
+    query.intBuffer();
     QCOMPARE(query.count(0), 0);
-    query.numberSlot();
+    query.doubleBuffer();
     QCOMPARE(query.number(0), 0.0);
-    query.flagSlot();
+    query.boolBuffer();
     QVERIFY(!query.flag(0));
 }
 
@@ -238,16 +238,17 @@ void TestQuery::textsOfTheBackendAreNoFormats()
     host.answers.insert(QByteArrayLiteral("inertial sensor d01"), QByteArrayLiteral("%n%s%d"));
     host.answers.insert(QByteArrayLiteral("inertial body_of_sensor %n%s%d"), QByteArrayLiteral("none"));
     Query query(host);
-    const QByteArray sensor = query.text(host.requestString(query.textSlot(), "inertial sensor d%.2d", 1)).value_or("");
+    const QByteArray sensor =
+        query.text(host.requestString(query.textBuffer(), "inertial sensor d%.2d", 1)).value_or("");
     QCOMPARE(sensor, QByteArray("%n%s%d"));
     const auto body =
-        query.text(host.requestString(query.textSlot(), "inertial body_of_sensor %s", sensor.constData()));
+        query.text(host.requestString(query.textBuffer(), "inertial body_of_sensor %s", sensor.constData()));
     QCOMPARE(body.value_or("failed"), QByteArray("none"));
     logToHost(host, QString::fromLatin1(sensor));
     QCOMPARE(takeCalls(host).last(), QStringLiteral("log %n%s%d"));
 }
 
-void TestQuery::quotesGo_data()
+void TestQuery::quotesAreRemoved_data()
 {
     QTest::addColumn<QByteArray>("answer");
     QTest::addColumn<QString>("shown");
@@ -259,11 +260,11 @@ void TestQuery::quotesGo_data()
     QTest::newRow("UTF-8 is read") << QByteArray("\"K\xC3\xB6rper\"") << QStringLiteral("K\u00F6rper");
 }
 
-void TestQuery::quotesGo()
+void TestQuery::quotesAreRemoved()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    QCOMPARE(withoutQuotes(answer), shown);
+    QCOMPARE(unquoted(answer), shown);
 }
 
 void TestQuery::saturation_data()
