@@ -26,7 +26,6 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     tableWidget6d->setIOManager(ioManager);
     tableWidget6d->setVersions(versions);
     tableWidget6d->setTabIndex(0);
-    tableWidget6d->setRowEnabled(&calibratedBodies);
     ioManager->registerRequester(this);
     auto unregister = qScopeGuard([this] { ioManager->unregisterRequester(this); }); // where memory runs out below
 

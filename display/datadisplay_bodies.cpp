@@ -51,6 +51,7 @@ void DataDisplay::rebuildConfiguration()
     fixedAnglePresent = detectFixedAngles();
     chooseOutputFormat();
     readCalibratedBodies();
+    tableWidget6d->setRowEnabled(calibratedBodies.toVector());
     readActiveBodies();
 
     tableWidget6d->hide();

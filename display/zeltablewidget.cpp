@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/zeltablewidget.h"
 
+#include "display/columns.h"
 #include "filter/filterdialog.h"
 #include "channel/version.h"
 
@@ -13,8 +14,6 @@
 
 namespace {
 
-// The filter columns of the tables that the dialog knows, by tab index.
-constexpr int filterColumnOfBodies = 2;
 constexpr int filterColumnOfHandHelds = 22;
 
 } // namespace
@@ -48,13 +47,13 @@ void ZelTableWidget::mousePressEvent(QMouseEvent *event)
 
 bool ZelTableWidget::hasFilterMenu() const
 {
-    if (tabIndex == 0 && pressedColumn != filterColumnOfBodies)
+    if (tabIndex == 0 && pressedColumn != FilterColumn)
         return false;
     if (tabIndex == 1 && pressedColumn != filterColumnOfHandHelds)
         return false;
-    if (!versionAtLeast(*versions, 1, 12) || rowCount() == 0 || !rowEnabled)
+    if (!versionAtLeast(*versions, 1, 12) || rowCount() == 0)
         return false;
-    return rowEnabled->value(pressedRow); // a row beyond the list is none that is calibrated
+    return rowEnabled.value(pressedRow);
 }
 
 void ZelTableWidget::contextMenuEvent(QContextMenuEvent *event)

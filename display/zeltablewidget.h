@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QList>
 #include <QTableWidget>
+#include <QVector>
+
+#include <utility>
 
 class IOManager;
 class QAction;
@@ -20,8 +22,8 @@ public:
     void setVersions(BackendVersions *backendVersions) { versions = backendVersions; } ///< the host's
     void setIOManager(IOManager *io) { ioManager = io; } ///< the host's
     void setTabIndex(int index) { tabIndex = index; } ///< 0: standard bodies, 1: hand-held devices
-    /// One flag per row, owned by the caller: whether its body is calibrated and so has a menu.
-    void setRowEnabled(QList<bool> *enabled) { rowEnabled = enabled; }
+    /// One flag per row: whether its body is calibrated and so has a menu. Rows beyond them have none.
+    void setRowEnabled(QVector<bool> enabled) { rowEnabled = std::move(enabled); }
     /// Row 0 is the head target, so that rows and the backend's body numbers differ by one.
     void setHeadRowPresent(bool present) { headRowPresent = present; }
 
@@ -47,6 +49,6 @@ private:
     qint32 pressedRow = 0;
     qint32 pressedColumn = 0;
     qint32 tabIndex = 0;
-    QList<bool> *rowEnabled = nullptr;
+    QVector<bool> rowEnabled;
     bool headRowPresent = false;
 };

@@ -152,12 +152,11 @@ void TestFilterMenu::staysClosedWithoutRows()
     BackendVersions versions;
     versions.backendMajor = 2;
     ScriptedHost host;
-    QList<bool> enabled{true};
     ZelTableWidget table;
     table.setColumnCount(Column6dCount);
     table.setVersions(&versions);
     table.setIOManager(&host);
-    table.setRowEnabled(&enabled);
+    table.setRowEnabled({true});
     table.onCellPressed(0, FilterColumn);
     table.resize(600, 200);
     table.show();
@@ -182,7 +181,7 @@ void TestFilterMenu::staysClosedWithoutARowList()
     QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
     auto &table = static_cast<ZelTableWidget &>(bench.table6d());
     QVERIFY(menuOpensAt(table, 0, FilterColumn));
-    table.setRowEnabled(nullptr);
+    table.setRowEnabled({});
     QVERIFY(!menuOpensAt(table, 0, FilterColumn));
 }
 
@@ -194,8 +193,7 @@ void TestFilterMenu::treatsARowBehindTheListAsNotCalibrated()
     bench.panel->show();
     QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
     auto &table = static_cast<ZelTableWidget &>(bench.table6d());
-    QList<bool> enabled{true};
-    table.setRowEnabled(&enabled);
+    table.setRowEnabled({true});
     QVERIFY(menuOpensAt(table, 0, FilterColumn));
     QVERIFY(!menuOpensAt(table, 1, FilterColumn)); // equal to the list's length
     QVERIFY(!menuOpensAt(table, 2, FilterColumn));
@@ -206,7 +204,6 @@ void TestFilterMenu::looksForColumn22InATableOfHandHelds()
     BackendVersions versions;
     versions.backendMajor = 2;
     ScriptedHost host;
-    QList<bool> enabled{true};
     ZelTableWidget table;
     table.setColumnCount(24);
     table.setRowCount(1);
@@ -217,7 +214,7 @@ void TestFilterMenu::looksForColumn22InATableOfHandHelds()
     }
     table.setVersions(&versions);
     table.setIOManager(&host);
-    table.setRowEnabled(&enabled);
+    table.setRowEnabled({true});
     table.resize(800, 200);
     table.show();
     QVERIFY(QTest::qWaitForWindowExposed(&table));
