@@ -2,13 +2,14 @@
 // SPDX-License-Identifier: MIT
 #include "display/datadisplay.h"
 
-#include "display/sensorschedule.h"
 #include "channel/version.h"
+#include "display/sensorschedule.h"
 #include "interface/backendversions.h"
 #include "interface/iomanager.h"
 
 #include <QByteArray>
 #include <QDir>
+#include <QPointer>
 #include <QScopeGuard>
 
 namespace {
@@ -48,6 +49,17 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     chooseOutputFormat();
     activateOutput("3d");
     unregister.dismiss();
+}
+
+DataDisplay::~DataDisplay()
+{
+    if (!unregisterWhenDestroyed)
+        return;
+    try {
+        ioManager->unregisterRequester(this); // in time: the data thread may be in processOutput()
+    } catch (...) {
+        return; // the host's, and destructors don't throw
+    }
 }
 
 const char *DataDisplay::tag6d() const
@@ -98,8 +110,11 @@ try {
 
 void DataDisplay::prepareShutdown()
 {
+    const QPointer<DataDisplay> panel(this);
+    unregisterWhenDestroyed = false;
     ioManager->unregisterRequester(this);
-    savePreferences();
+    if (panel) // the host waits for its data thread, and may have released us meanwhile
+        savePreferences();
 }
 
 void DataDisplay::showEvent(QShowEvent *event)

@@ -34,6 +34,7 @@ public:
     /// \a ioManager and \a versions are the host's and outlive the panel. \a moduleVersion ("v2.2.6") names the
     /// folder of the preferences. Registers with the command channel.
     DataDisplay(IOManager *ioManager, QWidget *parent, BackendVersions *versions, const QString &moduleVersion);
+    ~DataDisplay() override;
 
     int processOutput(const char *tag, const char *line) noexcept override;
     void configurationChanged() noexcept override;
@@ -41,6 +42,9 @@ public:
 
     /// Unregisters from the command channel and saves the preferences; to be called once before the panel goes.
     void prepareShutdown();
+    /// Whether the destructor unregisters, for a panel whose dock or window others may destroy. Initially, and after
+    /// prepareShutdown(), it does not.
+    void setUnregisteredWhenDestroyed(bool unregister) noexcept { unregisterWhenDestroyed = unregister; }
 
     quint64 storedLines() const { return data.lineCounts.stored; }
     quint64 droppedLines() const { return data.lineCounts.dropped; }
@@ -117,6 +121,7 @@ private:
     std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
     std::vector<ShownRow> shownRows; ///< one per table row
     CellRange untold6d; ///< cells changed that the 6DOF table was not told of yet
+    bool unregisterWhenDestroyed = false;
     bool areRowsBuilt = false; ///< every row of the 6DOF table has its items, and they fit the configuration
     quint64 cellChanges = 0; ///< how often the 6DOF table has told of any change of its cells
     quint64 knownCellChanges = 0; ///< as many as shownRows allow for: with any more the cells may be others

@@ -9,35 +9,20 @@
 #include <QAction>
 #include <QDockWidget>
 #include <QKeySequence>
+#include <QScopeGuard>
 
-// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the host's objects are the host's to deliver
-DataDisplayModule::DataDisplayModule() = default;
+#include <memory>
+#include <utility>
 
-void DataDisplayModule::aboutToUnload() noexcept
-try {
-    const auto *dock = qobject_cast<QDockWidget *>(entry.widget);
-    if (!dock)
-        return;
-    if (auto *panel = dock->findChild<DataDisplay *>())
-        panel->prepareShutdown();
-} catch (...) {
-    return; // out of memory: the host has no handler for us
-}
+namespace {
 
-void DataDisplayModule::releaseWidgets()
+DataDisplay *panelIn(QWidget *widget)
 {
-    delete entry.widget;
-    entry.widget = nullptr;
-    entry.action = nullptr; // it went with the dock
-    entries.clear();
+    const auto *dock = qobject_cast<QDockWidget *>(widget);
+    return dock ? dock->findChild<DataDisplay *>() : nullptr;
 }
 
-QString DataDisplayModule::moduleName() const
-{
-    return tr("GUI Data Display");
-}
-
-QString DataDisplayModule::moduleVersion() const
+QString versionText()
 {
     constexpr int major = 2;
     constexpr int minor = 2;
@@ -48,21 +33,68 @@ QString DataDisplayModule::moduleVersion() const
         .arg(patch, 0, 10, QLatin1Char(' '));
 }
 
+} // namespace
+
+// NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init): the host's objects are the host's to deliver
+DataDisplayModule::DataDisplayModule() = default;
+
+void DataDisplayModule::aboutToUnload() noexcept
+try {
+    isCreating = false;
+    if (auto *panel = panelIn(entry.widget))
+        panel->prepareShutdown();
+} catch (...) {
+    return; // out of memory, or thrown by the host, which has no handler for either
+}
+
+void DataDisplayModule::releaseWidgets() noexcept
+try {
+    isCreating = false;
+    // Forgotten first: the panel may stop its output while it is destroyed, and the host may call in from there.
+    QWidget *const dock = entry.widget;
+    if (auto *panel = panelIn(dock))
+        panel->setUnregisteredWhenDestroyed(false); // that is aboutToUnload's, where the host calls it
+    forgetEntry();
+    delete dock;
+} catch (...) {
+    return; // as in aboutToUnload
+}
+
+QString DataDisplayModule::moduleName() const noexcept
+try {
+    return tr("GUI Data Display");
+} catch (...) {
+    return {}; // as in aboutToUnload; no literal, which would go with the library while the host keeps the text
+}
+
+QString DataDisplayModule::moduleVersion() const noexcept
+try {
+    return versionText();
+} catch (...) {
+    return {}; // as in moduleName
+}
+
 QList<ModuleEntry *> DataDisplayModule::moduleEntries() noexcept
 try {
-    if (entries.isEmpty())
+    if (entries.isEmpty() && !isCreating)
         createEntry();
     return entries;
 } catch (...) {
-    return {}; // out of memory: the host has no handler for us, and may ask again
+    return {}; // as in aboutToUnload; the host may ask again
 }
 
 void DataDisplayModule::createEntry()
 {
-    auto *panel = new DataDisplay(commandManager, moduleParent, backendVersions, moduleVersion());
-    auto *dock = new QDockWidget(tr("Data Display"), moduleParent);
-    dock->setWidget(panel);
-    entry.widget = dock;
+    isCreating = true;
+    const auto created = qScopeGuard([this] { isCreating = false; });
+    std::unique_ptr<QDockWidget> dock; // destroyed after the panel, be it the parent by then or not
+    auto panel = std::make_unique<DataDisplay>(commandManager, moduleParent, backendVersions, versionText());
+    panel->setUnregisteredWhenDestroyed(true);
+    if (!isCreating)
+        return; // released while the panel asked the backend: what the host did then counts
+
+    dock = std::make_unique<QDockWidget>(tr("Data Display"), moduleParent);
+    dock->setWidget(panel.get());
     entry.menuName = tr("&View");
     entry.secondaryOrder = 400;
     entry.primaryOrder = 240;
@@ -74,12 +106,27 @@ void DataDisplayModule::createEntry()
     const QString description = tr("Show tracking data of the 6DOF standard bodies and the 3DOF markers");
     action->setStatusTip(description);
     action->setWhatsThis(description);
-    entry.action = action;
+
+    const QObject *const current = dock.get();
+    connect(dock.get(), &QObject::destroyed, this, [this, current] {
+        if (entry.widget == current) // destroyed by others, and the action with it
+            forgetEntry();
+    });
     entries.append(&entry);
+    entry.action = action;
+    entry.widget = dock.release();
+    panel.release(); // the dock's
 }
 
-void DataDisplayModule::setModuleProperty(QString name, QVariant value)
+void DataDisplayModule::forgetEntry() noexcept
 {
+    entry.widget = nullptr;
+    entry.action = nullptr;
+    entries.clear();
+}
+
+void DataDisplayModule::setModuleProperty(QString name, QVariant value) noexcept
+try {
     // QVariant::value converts as a property needs it: the wrong type ends as null or false, and a QObject that is
     // no widget as null.
     if (name == QLatin1String("CommandManager"))
@@ -90,4 +137,6 @@ void DataDisplayModule::setModuleProperty(QString name, QVariant value)
         backendVersions = value.value<BackendVersions *>();
     else if (name == QLatin1String("ObserverMode"))
         observerMode = value.value<bool>();
+} catch (...) {
+    return; // as in aboutToUnload; the property stays as it was
 }

@@ -96,6 +96,8 @@ HandMadeHost &enter(void *self, const char *operation, const QByteArray &text)
     if (QThread::currentThread() != QCoreApplication::instance()->thread())
         qFatal("%s called on a thread other than the GUI's", operation);
     host.calls.append(text.isEmpty() ? QByteArray(operation) : QByteArray(operation) + ": " + text);
+    if (host.onCall)
+        host.onCall();
     return host;
 }
 

@@ -6,6 +6,8 @@
 #include <QHash>
 #include <QSet>
 
+#include <functional>
+
 /// A host's command channel without a class: the object that the plug-in takes for an IOManager is this record, whose
 /// first member leads to a table of 17 functions laid out by hand. It records every call and answers from a script.
 /// GUI thread only; a call from another thread ends the test.
@@ -20,6 +22,7 @@ struct HandMadeHost {
     int failure = -1; ///< the result of whatever fails; never 0
     void *requester = nullptr; ///< as registered; kept after it is unregistered
     bool isRequesterRegistered = false;
+    std::function<void()> onCall; ///< runs inside each call, after it was recorded
 
     HandMadeHost();
 
