@@ -57,10 +57,22 @@ function(vornak_compile_as_test target)
     endif()
 endfunction()
 
+# vornak_add_homed_test(NAME LABELS label... TIMEOUT seconds LEAKS file COMMAND argument...)
+# Runs a command headless with a locale and an empty home and run-time folder of its own. LEAKS names those that are
+# none of ours. Qt's libraries are built without the thread sanitizer, which sees races in them that are none.
+function(vornak_add_homed_test name)
+    cmake_parse_arguments(TEST "" "TIMEOUT;LEAKS" "LABELS;COMMAND" ${ARGN})
+    set(home "${CMAKE_CURRENT_BINARY_DIR}/${name}.home")
+    add_test(NAME ${name} COMMAND "${PROJECT_SOURCE_DIR}/cmake/freshhome" "${home}" ${TEST_COMMAND})
+    set_tests_properties(${name} PROPERTIES
+        LABELS "${TEST_LABELS}"
+        TIMEOUT ${TEST_TIMEOUT}
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false;TSAN_OPTIONS=ignore_noninstrumented_modules=1;LSAN_OPTIONS=suppressions=${TEST_LEAKS}:print_suppressions=0")
+endfunction()
+
 # datadisplay_add_test(NAME LABELS label... [SOURCES file...] [LIBRARIES target...] [TIMEOUT seconds]
 #                      [CORE|LOOPS])
-# Builds NAME.cpp, a Qt Test executable, and runs it headless with a home, a locale and a run-time folder of its own.
-# Qt's libraries are built without the thread sanitizer, which sees races in them that are none.
+# Builds NAME.cpp, a Qt Test executable, and runs it as above.
 function(datadisplay_add_test name)
     cmake_parse_arguments(TEST "CORE;LOOPS" "TIMEOUT" "LABELS;SOURCES;LIBRARIES" ${ARGN})
     if(NOT TEST_TIMEOUT)
@@ -76,12 +88,6 @@ function(datadisplay_add_test name)
         set(kind CORE)
     endif()
     vornak_compile_as_test(${name} ${kind})
-    add_test(NAME ${name} COMMAND ${name})
-    set(home "${CMAKE_CURRENT_BINARY_DIR}/${name}.home")
-    file(MAKE_DIRECTORY "${home}")
-    file(CHMOD "${home}" DIRECTORY_PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
-    set_tests_properties(${name} PROPERTIES
-        LABELS "${TEST_LABELS}"
-        TIMEOUT ${TEST_TIMEOUT}
-        ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false;TSAN_OPTIONS=ignore_noninstrumented_modules=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+    vornak_add_homed_test(${name} LABELS ${TEST_LABELS} TIMEOUT ${TEST_TIMEOUT}
+        LEAKS "${PROJECT_SOURCE_DIR}/tests/lsan.supp" COMMAND "$<TARGET_FILE:${name}>")
 endfunction()
