@@ -57,6 +57,39 @@ function(vornak_compile_as_test target)
     endif()
 endfunction()
 
+# vornak_find_tool(VARIABLE NAME [HINTS folder...]): a program that tests need. Without it they are disabled, and with
+# VORNAK_STRICT nothing is configured.
+function(vornak_find_tool variable name)
+    find_program(${variable} ${name} ${ARGN})
+    if(NOT ${variable})
+        vornak_report_missing("${name}")
+    endif()
+endfunction()
+
+function(vornak_report_missing what)
+    if(VORNAK_STRICT)
+        message(FATAL_ERROR "${what} is missing, which tests need: scripts/setup check installs it")
+    endif()
+    message(NOTICE "${what} is missing: the tests that need it are disabled (scripts/setup check installs it)")
+endfunction()
+
+vornak_find_tool(ABIDIFF abidiff)
+vornak_find_tool(QTPLUGININFO qtplugininfo HINTS /usr/lib/qt5/bin)
+execute_process(COMMAND locale -a OUTPUT_VARIABLE locales ERROR_QUIET)
+set(GERMAN_LOCALE OFF)
+if(locales MATCHES "de_DE\\.(utf8|UTF-8)")
+    set(GERMAN_LOCALE ON)
+else()
+    vornak_report_missing("The locale de_DE.UTF-8")
+endif()
+
+# vornak_disable_without(VARIABLE test...): disables the tests where what the variable stands for was not found.
+function(vornak_disable_without variable)
+    if(NOT ${variable})
+        set_tests_properties(${ARGN} PROPERTIES DISABLED TRUE)
+    endif()
+endfunction()
+
 # vornak_add_homed_test(NAME LABELS label... TIMEOUT seconds LEAKS file COMMAND argument...)
 # Runs a command headless with a locale and an empty home and run-time folder of its own. LEAKS names those that are
 # none of ours. Qt's libraries are built without the thread sanitizer, which sees races in them that are none.
@@ -70,11 +103,11 @@ function(vornak_add_homed_test name)
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/.config;XDG_RUNTIME_DIR=${home};LC_ALL=C.UTF-8;QT_LOGGING_RULES=qt.qpa.*=false;TSAN_OPTIONS=ignore_noninstrumented_modules=1;LSAN_OPTIONS=suppressions=${TEST_LEAKS}:print_suppressions=0")
 endfunction()
 
-# datadisplay_add_test(NAME LABELS label... [SOURCES file...] [LIBRARIES target...] [TIMEOUT seconds]
+# datadisplay_add_test(NAME LABELS label... [SOURCES file...] [LIBRARIES target...] [TIMEOUT seconds] [COST seconds]
 #                      [CORE|LOOPS])
-# Builds NAME.cpp, a Qt Test executable, and runs it as above.
+# Builds NAME.cpp, a Qt Test executable, and runs it as above. Tests of a high COST are started first.
 function(datadisplay_add_test name)
-    cmake_parse_arguments(TEST "CORE;LOOPS" "TIMEOUT" "LABELS;SOURCES;LIBRARIES" ${ARGN})
+    cmake_parse_arguments(TEST "CORE;LOOPS" "TIMEOUT;COST" "LABELS;SOURCES;LIBRARIES" ${ARGN})
     if(NOT TEST_TIMEOUT)
         set(TEST_TIMEOUT 120)
     endif()
@@ -90,4 +123,7 @@ function(datadisplay_add_test name)
     vornak_compile_as_test(${name} ${kind})
     vornak_add_homed_test(${name} LABELS ${TEST_LABELS} TIMEOUT ${TEST_TIMEOUT}
         LEAKS "${PROJECT_SOURCE_DIR}/tests/lsan.supp" COMMAND "$<TARGET_FILE:${name}>")
+    if(TEST_COST)
+        set_tests_properties(${name} PROPERTIES COST ${TEST_COST})
+    endif()
 endfunction()

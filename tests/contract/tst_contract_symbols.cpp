@@ -4,7 +4,6 @@
 #include <QFile>
 #include <QJsonObject>
 #include <QPluginLoader>
-#include <QProcess>
 #include <QTest>
 
 #include <algorithm>
@@ -85,14 +84,6 @@ bool isOfInstrumentation(const QByteArray &name)
     return false;
 }
 
-QString infoOf(const QString &detail)
-{
-    QProcess info;
-    info.start(QStringLiteral(QTPLUGININFO), {QStringLiteral("-p"), detail, QStringLiteral(PLUGIN_FILE)});
-    info.waitForFinished();
-    return QString::fromLocal8Bit(info.readAllStandardOutput()).trimmed();
-}
-
 } // namespace
 
 class TestContractSymbols : public QObject {
@@ -105,7 +96,6 @@ private slots:
     void fileHoldsTheMetadataOnce();
     void metadataIsAMapOfTwo();
     void loaderReadsTheMetadata();
-    void toolPrintsTheMetadata();
 };
 
 void TestContractSymbols::exportsTheTwoEntryPointsAlone()
@@ -183,12 +173,6 @@ void TestContractSymbols::loaderReadsTheMetadata()
     QCOMPARE(metadata.value(QLatin1String("IID")).toString(), QLatin1String(iid));
     QCOMPARE(metadata.value(QLatin1String("className")).toString(), QLatin1String(className));
     QVERIFY(metadata.value(QLatin1String("MetaData")).toObject().isEmpty());
-}
-
-void TestContractSymbols::toolPrintsTheMetadata()
-{
-    QVERIFY(infoOf(QStringLiteral("iid")).contains(QLatin1String(iid)));
-    QVERIFY(infoOf(QStringLiteral("classname")).contains(QLatin1String(className)));
 }
 
 QTEST_GUILESS_MAIN(TestContractSymbols)
