@@ -18,77 +18,77 @@ template<typename Entry> Answer flagOf(const QVector<Entry> &entries, const QByt
     return entry ? Answer(yesNo(entry->*flag)) : std::nullopt;
 }
 
-Answer countOfBodies(const Situation &situation, const Words & /*arguments*/)
+Answer countOfBodies(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.bodies.size());
+    return QByteArray::number(context.scenario.bodies.size());
 }
 
-Answer countOfHeads(const Situation &situation, const Words & /*arguments*/)
+Answer countOfHeads(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.wandor.heads.size());
+    return QByteArray::number(context.scenario.wandor.heads.size());
 }
 
-Answer isActive(const Situation &situation, const Words &arguments)
+Answer isActive(const QueryContext &context, const Words &arguments)
 {
-    return flagOf(situation.scenario.bodies, arguments[0], &StandardBody::active);
+    return flagOf(context.scenario.bodies, arguments[0], &StandardBody::active);
 }
 
-Answer isCalibrated(const Situation &situation, const Words &arguments)
+Answer isCalibrated(const QueryContext &context, const Words &arguments)
 {
-    return flagOf(situation.scenario.bodies, arguments[0], &StandardBody::calibrated);
+    return flagOf(context.scenario.bodies, arguments[0], &StandardBody::calibrated);
 }
 
-Answer isHeadActive(const Situation &situation, const Words &arguments)
+Answer isHeadActive(const QueryContext &context, const Words &arguments)
 {
-    return flagOf(situation.scenario.wandor.heads, arguments[0], &HeadTarget::active);
+    return flagOf(context.scenario.wandor.heads, arguments[0], &HeadTarget::active);
 }
 
-Answer isHeadCalibrated(const Situation &situation, const Words &arguments)
+Answer isHeadCalibrated(const QueryContext &context, const Words &arguments)
 {
-    return flagOf(situation.scenario.wandor.heads, arguments[0], &HeadTarget::calibrated);
+    return flagOf(context.scenario.wandor.heads, arguments[0], &HeadTarget::calibrated);
 }
 
-Answer isWandorCalibrated(const Situation &situation, const Words &arguments)
+Answer isWandorCalibrated(const QueryContext &context, const Words &arguments)
 {
-    return flagOf(situation.scenario.wandor.devices, arguments[0], &Wandor::calibrated);
+    return flagOf(context.scenario.wandor.devices, arguments[0], &Wandor::calibrated);
 }
 
-Answer description(const Situation &situation, const Words &arguments)
+Answer description(const QueryContext &context, const Words &arguments)
 {
-    const StandardBody *body = numbered(situation.scenario.bodies, arguments[0]);
+    const StandardBody *body = numbered(context.scenario.bodies, arguments[0]);
     return body ? Answer('"' + body->name.toUtf8() + '"') : std::nullopt;
 }
 
-Answer sensorOfStandardBody(const Situation &situation, const Words &arguments)
+Answer sensorOfStandardBody(const QueryContext &context, const Words &arguments)
 {
-    if (!numbered(situation.scenario.bodies, arguments[0]))
+    if (!numbered(context.scenario.bodies, arguments[0]))
         return std::nullopt;
-    const InertialSensor *sensor = sensorOfBody(situation.scenario, numberAfter('b', arguments[0]));
+    const InertialSensor *sensor = sensorOfBody(context.scenario, numberAfter('b', arguments[0]));
     return sensor ? sensorText(*sensor) : QByteArrayLiteral("none");
 }
 
 /// No wandor carries a sensor.
-Answer sensorOfWandor(const Situation &situation, const Words &arguments)
+Answer sensorOfWandor(const QueryContext &context, const Words &arguments)
 {
-    return numbered(situation.scenario.wandor.devices, arguments[0]) ? Answer("none") : std::nullopt;
+    return numbered(context.scenario.wandor.devices, arguments[0]) ? Answer("none") : std::nullopt;
 }
 
-Answer fixedAngles(const Situation &situation, const Words & /*arguments*/)
+Answer fixedAngles(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.fixedAngles);
+    return yesNo(context.scenario.fixedAngles);
 }
 
-Answer reference(const Situation &situation, const Words & /*arguments*/)
+Answer reference(const QueryContext &context, const Words & /*arguments*/)
 {
-    const int body = situation.scenario.referenceBody;
+    const int body = context.scenario.referenceBody;
     return body > 0 ? bodyText("standard", body) : QByteArrayLiteral("none");
 }
 
 } // namespace
 
-const QVector<Query> &bodyQueries()
+const QVector<QueryEntry> &bodyQueries()
 {
-    static const QVector<Query> queries{
+    static const QVector<QueryEntry> queries{
         {"standard number_of_bodies", 0, 0, countOfBodies},
         {"standard fixed_angle_present", 1, 12, fixedAngles},
         {"body number_of_bodies standard", 0, 0, countOfBodies},

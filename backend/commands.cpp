@@ -69,7 +69,7 @@ bool setPreset(Scenario &scenario, const Words &arguments)
         return false;
     filter->preset = preset->id;
     if (isCustomPreset(preset->id))
-        return true; // begins with the values of the preset before
+        return true; // starts with the values of the preset before
     filter->strength = preset->strength;
     filter->prediction = preset->prediction;
     filter->mode = preset->mode;
@@ -108,9 +108,9 @@ bool setPrediction(Scenario &scenario, const Words &arguments)
 
 } // namespace
 
-const QVector<Command> &allCommands()
+const QVector<CommandEntry> &allCommands()
 {
-    static const QVector<Command> commands{
+    static const QVector<CommandEntry> commands{
         {"output active chmon * *", 0, 0, activateOutput},    {"body filter6d_enabled * * *", 1, 12, enableFilter},
         {"body filter6d_preset * * *", 1, 12, setPreset},     {"body filter6d_mode * * *", 1, 12, setMode},
         {"body filter6d_strength * * *", 1, 12, setStrength}, {"body filter6d_prediction * * *", 1, 12, setPrediction},

@@ -9,39 +9,39 @@ using Words = QList<QByteArray>;
 using Answer = std::optional<QByteArray>;
 
 /// What queries are answered from.
-struct Situation {
+struct QueryContext {
     const Scenario &scenario;
     double seconds = 0.0; ///< since the start of the backend
 };
 
-/// A query that backends know from a version on. In the pattern, "*" stands for one word and "..." for all that are
-/// left; they are the arguments, in their order.
-struct Query {
+/// A query that backends know from a version on. In the pattern, "*" stands for one word and "..." for all the rest;
+/// they are the arguments, in their order.
+struct QueryEntry {
     const char *pattern = "";
     int major = 0;
     int minor = 0;
-    Answer (*answer)(const Situation &situation, const Words &arguments) = nullptr;
+    Answer (*answer)(const QueryContext &context, const Words &arguments) = nullptr;
 };
 
-/// A command, described like a query. Returns whether it was carried out.
-struct Command {
+/// A command, described like a query. \a execute returns whether it was accepted.
+struct CommandEntry {
     const char *pattern = "";
     int major = 0;
     int minor = 0;
-    bool (*carryOut)(Scenario &scenario, const Words &arguments) = nullptr;
+    bool (*execute)(Scenario &scenario, const Words &arguments) = nullptr;
 };
 
-const QVector<Query> &bodyQueries();
-const QVector<Query> &deviceQueries(); ///< wandors, outputs, sensors, configuration
-const QVector<Query> &filterQueries();
-const QVector<Command> &allCommands();
+const QVector<QueryEntry> &bodyQueries();
+const QVector<QueryEntry> &deviceQueries(); ///< wandors, outputs, sensors, configuration
+const QVector<QueryEntry> &filterQueries();
+const QVector<CommandEntry> &allCommands();
 
 Words wordsOf(const QByteArray &text);
 
 /// The arguments that \a words give to \a pattern; nothing when they don't fit.
 std::optional<Words> matchWords(const char *pattern, const Words &words);
 
-/// The number of a text such as "b07" or "t12" that begins with \a letter; 0 for anything else.
+/// The number of a text such as "b07" or "t12" that starts with \a letter; 0 for anything else.
 int numberAfter(char letter, const QByteArray &text);
 
 /// "standard b07" for the word "standard" and number 7.

@@ -20,112 +20,112 @@ int sensorNamed(const Scenario &scenario, const QByteArray &text)
     return 0;
 }
 
-/// The sensor that \a text names, while it is in reach: only then it has readings.
-const InertialSensor *presentSensor(const Situation &situation, const QByteArray &text)
+/// The sensor that \a text names, while it is in reach: only then does it have readings.
+const InertialSensor *presentSensor(const QueryContext &context, const QByteArray &text)
 {
-    const int number = sensorNamed(situation.scenario, text);
-    if (number == 0 || !isSensorPresent(situation.scenario, number, situation.seconds))
+    const int number = sensorNamed(context.scenario, text);
+    if (number == 0 || !isSensorPresent(context.scenario, number, context.seconds))
         return nullptr;
-    return &situation.scenario.sensors[number - 1];
+    return &context.scenario.sensors[number - 1];
 }
 
-Answer multiuserAvailable(const Situation &situation, const Words & /*arguments*/)
+Answer multiuserAvailable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.wandor.multiuserAvailable);
+    return yesNo(context.scenario.wandor.multiuserAvailable);
 }
 
-Answer multiuser(const Situation &situation, const Words & /*arguments*/)
+Answer multiuser(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.wandor.multiuser);
+    return yesNo(context.scenario.wandor.multiuser);
 }
 
-Answer multiuserWithHeadAvailable(const Situation &situation, const Words & /*arguments*/)
+Answer multiuserWithHeadAvailable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.wandor.multiuserWithHeadAvailable);
+    return yesNo(context.scenario.wandor.multiuserWithHeadAvailable);
 }
 
-Answer multiuserWithHead(const Situation &situation, const Words & /*arguments*/)
+Answer multiuserWithHead(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.wandor.multiuserWithHead);
+    return yesNo(context.scenario.wandor.multiuserWithHead);
 }
 
-Answer countOfWandors(const Situation &situation, const Words & /*arguments*/)
+Answer countOfWandors(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.wandor.devices.size());
+    return QByteArray::number(context.scenario.wandor.devices.size());
 }
 
-Answer isOutputAvailable(const Situation &situation, const Words &arguments)
+Answer isOutputAvailable(const QueryContext &context, const Words &arguments)
 {
-    const OutputFlags *flags = outputFlags(situation.scenario, arguments[0]);
+    const OutputFlags *flags = outputFlags(context.scenario, arguments[0]);
     return yesNo(flags && flags->available);
 }
 
-Answer isOutputActive(const Situation &situation, const Words &arguments)
+Answer isOutputActive(const QueryContext &context, const Words &arguments)
 {
-    const OutputFlags *flags = outputFlags(situation.scenario, arguments[0]);
+    const OutputFlags *flags = outputFlags(context.scenario, arguments[0]);
     return yesNo(flags && flags->available && flags->active);
 }
 
-Answer inertialAvailable(const Situation &situation, const Words & /*arguments*/)
+Answer inertialAvailable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(!situation.scenario.sensors.isEmpty());
+    return yesNo(!context.scenario.sensors.isEmpty());
 }
 
-Answer countOfSensors(const Situation &situation, const Words & /*arguments*/)
+Answer countOfSensors(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.sensors.size());
+    return QByteArray::number(context.scenario.sensors.size());
 }
 
-Answer sensorNumbered(const Situation &situation, const Words &arguments)
+Answer sensorNumbered(const QueryContext &context, const Words &arguments)
 {
     const int number = numberAfter('d', arguments[0]);
-    if (number < 1 || number > situation.scenario.sensors.size())
+    if (number < 1 || number > context.scenario.sensors.size())
         return std::nullopt;
-    return sensorText(situation.scenario.sensors[number - 1]);
+    return sensorText(context.scenario.sensors[number - 1]);
 }
 
-Answer bodyOfSensor(const Situation &situation, const Words &arguments)
+Answer bodyOfSensor(const QueryContext &context, const Words &arguments)
 {
-    const int number = sensorNamed(situation.scenario, arguments[0]);
+    const int number = sensorNamed(context.scenario, arguments[0]);
     if (number == 0)
         return std::nullopt;
-    const int body = situation.scenario.sensors[number - 1].body;
+    const int body = context.scenario.sensors[number - 1].body;
     return body > 0 ? bodyText("standard", body) : QByteArrayLiteral("none");
 }
 
-Answer isPresent(const Situation &situation, const Words &arguments)
+Answer isPresent(const QueryContext &context, const Words &arguments)
 {
-    const int number = sensorNamed(situation.scenario, arguments[0]);
+    const int number = sensorNamed(context.scenario, arguments[0]);
     if (number == 0)
         return std::nullopt;
-    return yesNo(isSensorPresent(situation.scenario, number, situation.seconds));
+    return yesNo(isSensorPresent(context.scenario, number, context.seconds));
 }
 
-Answer battery(const Situation &situation, const Words &arguments)
+Answer battery(const QueryContext &context, const Words &arguments)
 {
-    const InertialSensor *sensor = presentSensor(situation, arguments[0]);
-    return sensor ? Answer(numberText(valueAt(sensor->battery, situation.seconds, 0.0, 1.0))) : std::nullopt;
+    const InertialSensor *sensor = presentSensor(context, arguments[0]);
+    return sensor ? Answer(numberText(valueAt(sensor->battery, context.seconds, 0.0, 1.0))) : std::nullopt;
 }
 
-Answer temperature(const Situation &situation, const Words &arguments)
+Answer temperature(const QueryContext &context, const Words &arguments)
 {
-    const InertialSensor *sensor = presentSensor(situation, arguments[0]);
+    const InertialSensor *sensor = presentSensor(context, arguments[0]);
     if (!sensor)
         return std::nullopt;
-    return numberText(valueAt(sensor->temperature, situation.seconds, coldest, hottest)) + ' '
-        + numberText(valueAt(sensor->level, situation.seconds, 0.0, 1.0));
+    return numberText(valueAt(sensor->temperature, context.seconds, coldest, hottest)) + ' '
+        + numberText(valueAt(sensor->level, context.seconds, 0.0, 1.0));
 }
 
-Answer isChangeable(const Situation &situation, const Words & /*arguments*/)
+Answer isChangeable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.changeable);
+    return yesNo(context.scenario.changeable);
 }
 
 } // namespace
 
-const QVector<Query> &deviceQueries()
+const QVector<QueryEntry> &deviceQueries()
 {
-    static const QVector<Query> queries{
+    static const QVector<QueryEntry> queries{
         {"wandor number_of_devices", 0, 0, countOfWandors},
         {"wandor multiuser_available", 0, 0, multiuserAvailable},
         {"wandor multiuser", 0, 0, multiuser},

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "backend/faultybackend.h"
 
-#include "backend/chance.h"
+#include "backend/randomstream.h"
 
 #include <QThread>
 
@@ -56,7 +56,7 @@ QString FaultyBackend::name() const
     return inner->name();
 }
 
-BackendVersion FaultyBackend::version() const
+ProtocolVersion FaultyBackend::version() const
 {
     return inner->version();
 }
@@ -94,8 +94,8 @@ bool FaultyBackend::failsNow(const QByteArray &text)
         Rule &rule = rules[i];
         if (!rule.expression.match(plain).hasMatch())
             continue;
-        // Each rule keeps its own count, so that one rule's chances do not depend on another's.
-        fails |= chance(seed, ChanceStream::Fault, static_cast<int>(i), rule.matches++) < rule.rate;
+        // Each rule keeps its own count, so that rules do not influence each other.
+        fails |= uniform(seed, RandomStream::Fault, static_cast<int>(i), rule.matches++) < rule.rate;
     }
     return fails;
 }

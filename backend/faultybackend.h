@@ -14,13 +14,13 @@
 /// Which queries and commands fail, and how often.
 struct FaultRule {
     QString pattern; ///< the whole text; '*' stands for any text, '?' for any character
-    double rate = 1.0; ///< 0: never, 1: always, between them by chance
+    double rate = 1.0; ///< 0: never, 1: always, between them at random
 };
 
 /// Reads "PATTERN" or "PATTERN=RATE". Nothing when the pattern is empty or the rate no number from 0 to 1.
 std::optional<FaultRule> parseFaultRule(const QString &text);
 
-/// Passes everything on to another backend, but lets some queries and commands fail and all of them take their time.
+/// Passes everything on to another backend, but lets some queries and commands fail and delays all of them.
 /// All operations may be called from any thread.
 class FaultyBackend : public TrackingBackend {
 public:
@@ -32,7 +32,7 @@ public:
                   std::chrono::milliseconds latency, quint32 seed = 1, Sleep sleep = {});
 
     QString name() const override;
-    BackendVersion version() const override;
+    ProtocolVersion version() const override;
     double frameRate() const override;
     std::optional<QByteArray> request(const QByteArray &query) override;
     bool command(const QByteArray &command) override;

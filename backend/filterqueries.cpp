@@ -17,19 +17,19 @@ template<typename Entry> Answer descriptionOf(const Entry *entry)
     return entry ? Answer('"' + entry->description.toUtf8() + '"') : std::nullopt;
 }
 
-Answer isStandardAvailable(const Situation &situation, const Words & /*arguments*/)
+Answer isStandardAvailable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.filter.standard);
+    return yesNo(context.scenario.filter.standard);
 }
 
-Answer isWandorAvailable(const Situation &situation, const Words & /*arguments*/)
+Answer isWandorAvailable(const QueryContext &context, const Words & /*arguments*/)
 {
-    return yesNo(situation.scenario.filter.wandor);
+    return yesNo(context.scenario.filter.wandor);
 }
 
-Answer limit(const Situation &situation, const Words &arguments)
+Answer limit(const QueryContext &context, const Words &arguments)
 {
-    const FilterOffer &filter = situation.scenario.filter;
+    const FilterOffer &filter = context.scenario.filter;
     if (arguments[0] == "strength_min")
         return numberText(filter.strengthMin);
     if (arguments[0] == "strength_max")
@@ -41,92 +41,92 @@ Answer limit(const Situation &situation, const Words &arguments)
     return std::nullopt;
 }
 
-Answer countOfModes(const Situation &situation, const Words & /*arguments*/)
+Answer countOfModes(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.filter.modes.size());
+    return QByteArray::number(context.scenario.filter.modes.size());
 }
 
-Answer countOfPresets(const Situation &situation, const Words & /*arguments*/)
+Answer countOfPresets(const QueryContext &context, const Words & /*arguments*/)
 {
-    return QByteArray::number(situation.scenario.filter.presets.size());
+    return QByteArray::number(context.scenario.filter.presets.size());
 }
 
-Answer modeId(const Situation &situation, const Words &arguments)
+Answer modeId(const QueryContext &context, const Words &arguments)
 {
-    return idOf(situation.scenario.filter.modes, arguments[0]);
+    return idOf(context.scenario.filter.modes, arguments[0]);
 }
 
-Answer presetId(const Situation &situation, const Words &arguments)
+Answer presetId(const QueryContext &context, const Words &arguments)
 {
-    return idOf(situation.scenario.filter.presets, arguments[0]);
+    return idOf(context.scenario.filter.presets, arguments[0]);
 }
 
-Answer modeDescription(const Situation &situation, const Words &arguments)
+Answer modeDescription(const QueryContext &context, const Words &arguments)
 {
-    return descriptionOf(modeOf(situation.scenario.filter, arguments[0]));
+    return descriptionOf(modeOf(context.scenario.filter, arguments[0]));
 }
 
-Answer presetDescription(const Situation &situation, const Words &arguments)
+Answer presetDescription(const QueryContext &context, const Words &arguments)
 {
-    return descriptionOf(presetOf(situation.scenario.filter, arguments[0]));
+    return descriptionOf(presetOf(context.scenario.filter, arguments[0]));
 }
 
-Answer isModeAvailable(const Situation &situation, const Words &arguments)
+Answer isModeAvailable(const QueryContext &context, const Words &arguments)
 {
-    const FilterMode *mode = modeOf(situation.scenario.filter, arguments[2]);
-    if (!mode || !filterOf(situation.scenario, arguments[0], arguments[1]))
+    const FilterMode *mode = modeOf(context.scenario.filter, arguments[2]);
+    if (!mode || !filterOf(context.scenario, arguments[0], arguments[1]))
         return std::nullopt;
     return yesNo(isOffered(mode->bodies, bodyText(arguments[0], numberAfter('b', arguments[1]))));
 }
 
-Answer isPresetAvailable(const Situation &situation, const Words &arguments)
+Answer isPresetAvailable(const QueryContext &context, const Words &arguments)
 {
-    const FilterPreset *preset = presetOf(situation.scenario.filter, arguments[2]);
-    if (!preset || !filterOf(situation.scenario, arguments[0], arguments[1]))
+    const FilterPreset *preset = presetOf(context.scenario.filter, arguments[2]);
+    if (!preset || !filterOf(context.scenario, arguments[0], arguments[1]))
         return std::nullopt;
     return yesNo(isOffered(preset->bodies, bodyText(arguments[0], numberAfter('b', arguments[1]))));
 }
 
 /// A body without a filter has none that is enabled, so that this question alone is answered for it.
-Answer isEnabled(const Situation &situation, const Words &arguments)
+Answer isEnabled(const QueryContext &context, const Words &arguments)
 {
-    if (const FilterSettings *filter = filterOf(situation.scenario, arguments[0], arguments[1]))
+    if (const FilterSettings *filter = filterOf(context.scenario, arguments[0], arguments[1]))
         return yesNo(filter->enabled);
     const int number = numberAfter('b', arguments[1]);
-    const bool standard = arguments[0] == "standard" && number <= situation.scenario.bodies.size();
-    const bool wandor = arguments[0] == "wandor" && number <= situation.scenario.wandor.devices.size();
+    const bool standard = arguments[0] == "standard" && number <= context.scenario.bodies.size();
+    const bool wandor = arguments[0] == "wandor" && number <= context.scenario.wandor.devices.size();
     return number >= 1 && (standard || wandor) ? Answer(yesNo(false)) : std::nullopt;
 }
 
-Answer mode(const Situation &situation, const Words &arguments)
+Answer mode(const QueryContext &context, const Words &arguments)
 {
-    const FilterSettings *filter = filterOf(situation.scenario, arguments[0], arguments[1]);
+    const FilterSettings *filter = filterOf(context.scenario, arguments[0], arguments[1]);
     return filter ? Answer(filter->mode) : std::nullopt;
 }
 
-Answer preset(const Situation &situation, const Words &arguments)
+Answer preset(const QueryContext &context, const Words &arguments)
 {
-    const FilterSettings *filter = filterOf(situation.scenario, arguments[0], arguments[1]);
+    const FilterSettings *filter = filterOf(context.scenario, arguments[0], arguments[1]);
     return filter ? Answer(filter->preset) : std::nullopt;
 }
 
-Answer strength(const Situation &situation, const Words &arguments)
+Answer strength(const QueryContext &context, const Words &arguments)
 {
-    const FilterSettings *filter = filterOf(situation.scenario, arguments[0], arguments[1]);
+    const FilterSettings *filter = filterOf(context.scenario, arguments[0], arguments[1]);
     return filter ? Answer(numberText(filter->strength)) : std::nullopt;
 }
 
-Answer prediction(const Situation &situation, const Words &arguments)
+Answer prediction(const QueryContext &context, const Words &arguments)
 {
-    const FilterSettings *filter = filterOf(situation.scenario, arguments[0], arguments[1]);
+    const FilterSettings *filter = filterOf(context.scenario, arguments[0], arguments[1]);
     return filter ? Answer(numberText(filter->prediction)) : std::nullopt;
 }
 
 } // namespace
 
-const QVector<Query> &filterQueries()
+const QVector<QueryEntry> &filterQueries()
 {
-    static const QVector<Query> queries{
+    static const QVector<QueryEntry> queries{
         {"filter6d available standard", 1, 12, isStandardAvailable},
         {"filter6d available wandor", 1, 12, isWandorAvailable},
         {"filter6d limit *", 1, 12, limit},

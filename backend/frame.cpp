@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "backend/frame.h"
 
-#include "backend/chance.h"
 #include "backend/motion.h"
+#include "backend/randomstream.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +23,7 @@ BodySample bodyAt(const Scenario &scenario, int number, double seconds)
     BodySample sample;
     if (!body.calibrated || !body.active)
         return sample;
-    const auto lost = lostSince(body.dropouts, scenario.seed, ChanceStream::Body, number, seconds);
+    const auto lost = lostSince(body.dropouts, scenario.seed, RandomStream::Body, number, seconds);
     const InertialSensor *sensor = sensorOfBody(scenario, number);
     sample.optical = !lost;
     sample.inertial =
@@ -44,15 +44,15 @@ BodySample headAt(const Scenario &scenario, double seconds)
     if (used == heads.cend())
         return sample;
     const int number = static_cast<int>(used - heads.cbegin()) + 1;
-    sample.optical = !lostSince(used->dropouts, scenario.seed, ChanceStream::Head, number, seconds);
+    sample.optical = !lostSince(used->dropouts, scenario.seed, RandomStream::Head, number, seconds);
     sample.pose = poseAt(used->motion, seconds);
     return sample;
 }
 
-/// A number from -1 to 1, always the same one for the \a index of \a marker.
-double placing(const Scenario &scenario, int marker, quint64 index)
+/// A number from -1 to 1, always the same one for \a index and \a marker.
+double jitter(const Scenario &scenario, int marker, quint64 index)
 {
-    return 2.0 * chance(scenario.seed, ChanceStream::MarkerPlace, marker, index) - 1.0;
+    return 2.0 * uniform(scenario.seed, RandomStream::MarkerPlace, marker, index) - 1.0;
 }
 
 } // namespace
@@ -68,7 +68,7 @@ bool hasHeadTarget(const Scenario &scenario)
 bool isSensorPresent(const Scenario &scenario, int sensor, double seconds)
 {
     const InertialSensor &device = scenario.sensors[sensor - 1];
-    return device.present && !lostSince(device.dropouts, scenario.seed, ChanceStream::Sensor, sensor, seconds);
+    return device.present && !lostSince(device.dropouts, scenario.seed, RandomStream::Sensor, sensor, seconds);
 }
 
 QVector<BodySample> bodiesAt(const Scenario &scenario, double seconds)
@@ -90,14 +90,13 @@ QVector<MarkerSample> markersAt(const Scenario &scenario, double seconds)
     QVector<MarkerSample> samples;
     samples.reserve(cloud.count);
     for (int marker = 1; marker <= cloud.count; ++marker) {
-        if (lostSince(cloud.dropouts, scenario.seed, ChanceStream::MarkerLoss, marker, seconds))
+        if (lostSince(cloud.dropouts, scenario.seed, RandomStream::MarkerLoss, marker, seconds))
             continue;
-        const double angle =
-            fullTurn * (std::fmod(seconds, cloud.period) / cloud.period + placing(scenario, marker, 3));
+        const double angle = fullTurn * (std::fmod(seconds, cloud.period) / cloud.period + jitter(scenario, marker, 3));
         const Vector3 place{
-            cloud.center[0] + cloud.spread * placing(scenario, marker, 0) + cloud.radius * std::cos(angle),
-            cloud.center[1] + cloud.spread * placing(scenario, marker, 1) + cloud.radius * std::sin(angle),
-            cloud.center[2] + cloud.spread * placing(scenario, marker, 2)};
+            cloud.center[0] + cloud.spread * jitter(scenario, marker, 0) + cloud.radius * std::cos(angle),
+            cloud.center[1] + cloud.spread * jitter(scenario, marker, 1) + cloud.radius * std::sin(angle),
+            cloud.center[2] + cloud.spread * jitter(scenario, marker, 2)};
         samples.append(MarkerSample{marker, place});
     }
     return samples;

@@ -34,39 +34,39 @@ ObjectReader::ObjectReader(QJsonObject jsonObject, QString objectPath, QString *
 {
 }
 
-bool ObjectReader::flag(const QString &key, bool standard)
+bool ObjectReader::flag(const QString &key, bool fallback)
 {
     const auto value = take(key, QJsonValue::Bool, Backend::tr("true or false is expected"));
-    return value ? value->toBool() : standard;
+    return value ? value->toBool() : fallback;
 }
 
-double ObjectReader::number(const QString &key, double standard, double low, double high)
+double ObjectReader::number(const QString &key, double fallback, double low, double high)
 {
     const auto value = take(key, QJsonValue::Double, rangeText(low, high));
     if (!value)
-        return standard;
+        return fallback;
     const double number = value->toDouble();
     if (number >= low && number <= high)
         return number;
     fail(key, rangeText(low, high));
-    return standard;
+    return fallback;
 }
 
-int ObjectReader::integer(const QString &key, int standard, int low, int high)
+int ObjectReader::integer(const QString &key, int fallback, int low, int high)
 {
-    const double value = number(key, standard, low, high);
+    const double value = number(key, fallback, low, high);
     if (value == std::floor(value))
         return static_cast<int>(value);
     fail(key, Backend::tr("a whole number is expected"));
-    return standard;
+    return fallback;
 }
 
-Vector3 ObjectReader::vector(const QString &key, const Vector3 &standard, double low, double high)
+Vector3 ObjectReader::vector(const QString &key, const Vector3 &fallback, double low, double high)
 {
     const QString expected = Backend::tr("three numbers from %1 to %2 are expected").arg(low).arg(high);
     const auto value = take(key, QJsonValue::Array, expected);
     if (!value)
-        return standard;
+        return fallback;
     const QJsonArray array = value->toArray();
     Vector3 numbers{};
     bool fits = array.size() == static_cast<int>(numbers.size());
@@ -78,36 +78,36 @@ Vector3 ObjectReader::vector(const QString &key, const Vector3 &standard, double
     if (fits)
         return numbers;
     fail(key, expected);
-    return standard;
+    return fallback;
 }
 
-QString ObjectReader::text(const QString &key, const QString &standard, int longest)
+QString ObjectReader::text(const QString &key, const QString &fallback, int longest)
 {
     const QString expected = Backend::tr("a text of one line and at most %1 bytes is expected").arg(longest);
     const auto value = take(key, QJsonValue::String, expected);
     if (!value)
-        return standard;
+        return fallback;
     QString text = value->toString();
     const bool oneLine =
         std::all_of(text.cbegin(), text.cend(), [](QChar c) { return c.category() != QChar::Other_Control; });
     if (oneLine && text.toUtf8().size() <= longest)
         return text;
     fail(key, expected);
-    return standard;
+    return fallback;
 }
 
-QByteArray ObjectReader::word(const QString &key, const QByteArray &standard)
+QByteArray ObjectReader::word(const QString &key, const QByteArray &fallback)
 {
     const QString expected =
         Backend::tr("a word of at most %1 ASCII characters without blanks and quotes is expected").arg(longestWord);
     const auto value = take(key, QJsonValue::String, expected);
     if (!value)
-        return standard;
+        return fallback;
     QByteArray word = value->toString().toUtf8();
     if (isWord(word))
         return word;
     fail(key, expected);
-    return standard;
+    return fallback;
 }
 
 QVector<QString> ObjectReader::texts(const QString &key)

@@ -11,8 +11,8 @@
 
 #include <optional>
 
-/// Reads the values of a JSON object strictly. A value that is not there is the one given as default; the first fault
-/// is written to the error text, which names the path of the key, and later ones are not.
+/// Reads the values of a JSON object strictly. A missing value, and one with a fault, is replaced by its fallback. The
+/// first fault is written to the error text, which names the path of the key; later ones are not.
 class ObjectReader {
 public:
     /// \a path leads to the object, such as "bodies[2].motion", and is empty for the outermost one. \a error is shared
@@ -21,14 +21,14 @@ public:
 
     bool has(const QString &key) const { return object.contains(key); }
 
-    bool flag(const QString &key, bool standard);
-    double number(const QString &key, double standard, double low, double high);
-    int integer(const QString &key, int standard, int low, int high);
-    Vector3 vector(const QString &key, const Vector3 &standard, double low, double high);
+    bool flag(const QString &key, bool fallback);
+    double number(const QString &key, double fallback, double low, double high);
+    int integer(const QString &key, int fallback, int low, int high);
+    Vector3 vector(const QString &key, const Vector3 &fallback, double low, double high);
     /// One line of at most \a longest bytes in UTF-8.
-    QString text(const QString &key, const QString &standard, int longest);
+    QString text(const QString &key, const QString &fallback, int longest);
     /// A word of printable ASCII characters without blanks and quotes, of at most 60.
-    QByteArray word(const QString &key, const QByteArray &standard);
+    QByteArray word(const QString &key, const QByteArray &fallback);
     /// The array of texts \a key; empty when it is not there.
     QVector<QString> texts(const QString &key);
     /// The object \a key; nothing when it is not there.

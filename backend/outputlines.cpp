@@ -43,7 +43,7 @@ QByteArray line6d(const QVector<BodySample> &bodies)
         line += '[';
         appendNumbers(line, body.optical ? body.pose.position : Vector3{}, positionDecimals);
         line += ' ';
-        appendNumbers(line, body.optical ? anglesOfRotation(body.pose.rotation) : Vector3{}, angleDecimals);
+        appendNumbers(line, body.optical ? eulerAngles(body.pose.rotation) : Vector3{}, angleDecimals);
         line += ']';
         appendRotation(line, body.optical ? body.pose.rotation : Rotation{});
     }

@@ -41,7 +41,7 @@ Rotation rotationOfQuaternion(const std::array<double, 4> &quaternion)
             2.0 * (x * z + y * w),       2.0 * (y * z - x * w),       1.0 - 2.0 * (x * x + y * y)};
 }
 
-Vector3 anglesOfRotation(const Rotation &rotation)
+Vector3 eulerAngles(const Rotation &rotation)
 {
     // Rounding may have carried the sine a little beyond 1.
     const double y = std::asin(std::clamp(rotation[6], -1.0, 1.0)) * degreesPerRadian;

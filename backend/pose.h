@@ -22,4 +22,4 @@ Rotation rotationOfAngles(const Vector3 &angles);
 Rotation rotationOfQuaternion(const std::array<double, 4> &quaternion);
 
 /// The angles rx, ry, rz [deg] of which rotationOfAngles makes \a rotation; rz is 0 where ry is 90 or -90 degrees.
-Vector3 anglesOfRotation(const Rotation &rotation);
+Vector3 eulerAngles(const Rotation &rotation);

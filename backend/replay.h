@@ -4,6 +4,6 @@
 
 #include "backend/scenario.h"
 
-/// A scenario in which each trajectory file is one standard body, named after the file, played in real time and over
-/// again. Lines that could not be used are among the warnings; a file without a usable line is an error.
+/// A scenario in which each trajectory file is one standard body, named after the file, played in real time, over and
+/// over. Lines that could not be used are among the warnings; a file without a usable line is an error.
 ScenarioResult replayScenario(const QStringList &fileNames);

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-bool isAtLeast(const BackendVersion &version, int major, int minor)
+bool isAtLeast(const ProtocolVersion &version, int major, int minor)
 {
     return version.major > major || (version.major == major && version.minor >= minor);
 }

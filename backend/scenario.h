@@ -15,10 +15,10 @@
 
 class Trajectory;
 
-/// Something that is lost now and then: once in each stretch of \a every seconds, at a place of chance.
+/// Something that is lost now and then: once in each window of \a period seconds, at a random offset.
 struct Dropouts {
-    double every = 0.0; ///< [s]; 0: never lost
-    double lasting = 0.0; ///< [s]; not longer than \a every
+    double period = 0.0; ///< [s]; 0: never lost
+    double duration = 0.0; ///< [s]; not longer than \a period
 };
 
 /// A value that rises or falls steadily from the start of the backend on.
@@ -136,7 +136,7 @@ struct MarkerCloud {
 struct Scenario {
     QString name; ///< as the operator knows it, such as "simulation: default"
     QString description; ///< one line
-    BackendVersion version{2, 0, 0};
+    ProtocolVersion version{2, 0, 0};
     double rate = 60.0; ///< frames per second
     quint32 seed = 1;
     QVector<StandardBody> bodies; ///< body number n is entry n - 1
@@ -160,7 +160,7 @@ struct ScenarioResult {
 };
 
 /// Whether \a version is \a major.\a minor or later, whatever the patch level.
-bool isAtLeast(const BackendVersion &version, int major, int minor);
+bool isAtLeast(const ProtocolVersion &version, int major, int minor);
 
 /// The sensor that the standard body number \a body carries; nullptr: none.
 const InertialSensor *sensorOfBody(const Scenario &scenario, int body);

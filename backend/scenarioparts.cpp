@@ -14,14 +14,14 @@ constexpr double shortestPeriod = 0.01; // [s]
 constexpr double fastestTurn = 36000.0; // [deg/s]
 constexpr int longestName = 180; // [bytes]
 
-Ramp readRamp(ObjectReader &owner, const QString &key, const Ramp &standard, double low, double high)
+Ramp readRamp(ObjectReader &owner, const QString &key, const Ramp &fallback, double low, double high)
 {
     std::optional<ObjectReader> reader = owner.member(key);
     if (!reader)
-        return standard;
+        return fallback;
     Ramp ramp;
-    ramp.start = reader->number(QStringLiteral("start"), standard.start, low, high);
-    ramp.perMinute = reader->number(QStringLiteral("per_minute"), standard.perMinute, low - high, high - low);
+    ramp.start = reader->number(QStringLiteral("start"), fallback.start, low, high);
+    ramp.perMinute = reader->number(QStringLiteral("per_minute"), fallback.perMinute, low - high, high - low);
     reader->finish();
     return ramp;
 }
@@ -106,8 +106,8 @@ Dropouts readDropouts(ObjectReader &owner)
     std::optional<ObjectReader> reader = owner.member(QStringLiteral("dropouts"));
     if (!reader)
         return dropouts;
-    dropouts.every = reader->number(QStringLiteral("every"), longestPeriod, shortestPeriod, longestPeriod);
-    dropouts.lasting = reader->number(QStringLiteral("lasting"), 0.0, 0.0, dropouts.every);
+    dropouts.period = reader->number(QStringLiteral("every"), longestPeriod, shortestPeriod, longestPeriod);
+    dropouts.duration = reader->number(QStringLiteral("lasting"), 0.0, 0.0, dropouts.period);
     reader->finish();
     return dropouts;
 }

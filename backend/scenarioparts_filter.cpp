@@ -35,14 +35,14 @@ template<typename Entry> QByteArray readId(ObjectReader &item, const QVector<Ent
     return id;
 }
 
-double readStrength(ObjectReader &reader, double standard, const FilterOffer &filter)
+double readStrength(ObjectReader &reader, double fallback, const FilterOffer &filter)
 {
-    return reader.number(QStringLiteral("strength"), standard, filter.strengthMin, filter.strengthMax);
+    return reader.number(QStringLiteral("strength"), fallback, filter.strengthMin, filter.strengthMax);
 }
 
-double readPrediction(ObjectReader &reader, double standard, const FilterOffer &filter)
+double readPrediction(ObjectReader &reader, double fallback, const FilterOffer &filter)
 {
-    return reader.number(QStringLiteral("prediction"), standard, filter.predictionMin, filter.predictionMax);
+    return reader.number(QStringLiteral("prediction"), fallback, filter.predictionMin, filter.predictionMax);
 }
 
 void readLimits(ObjectReader &reader, FilterOffer &filter)
@@ -73,9 +73,9 @@ void readModes(ObjectReader &reader, FilterOffer &filter)
 }
 
 /// The member "mode" of \a reader, which must be one of the modes when it is there.
-QByteArray readModeId(ObjectReader &reader, const QByteArray &standard, const FilterOffer &filter)
+QByteArray readModeId(ObjectReader &reader, const QByteArray &fallback, const FilterOffer &filter)
 {
-    QByteArray id = reader.word(QStringLiteral("mode"), standard);
+    QByteArray id = reader.word(QStringLiteral("mode"), fallback);
     if (reader.has(QStringLiteral("mode")) && !modeOf(filter, id))
         reader.fail(QStringLiteral("mode"), Backend::tr("the id of one of the modes is expected"));
     return id;
@@ -98,7 +98,7 @@ void readPresets(ObjectReader &reader, FilterOffer &filter)
     }
 }
 
-/// The settings of a body that is not told otherwise: those of the first preset that it is offered.
+/// The settings of a body without settings of its own: those of the first preset that it is offered.
 FilterSettings firstSettings(const FilterOffer &filter, const QByteArray &body)
 {
     FilterSettings settings;

@@ -14,7 +14,7 @@ constexpr double slowest = 0.1; // [frames per second]
 constexpr double fastest = 1000.0;
 constexpr int longestDescription = 180; // [bytes]
 
-BackendVersion readVersion(ObjectReader &reader)
+ProtocolVersion readVersion(ObjectReader &reader)
 {
     const QString key = QStringLiteral("version");
     const QString text = reader.text(key, QStringLiteral("2.0.0"), longestDescription);
@@ -28,14 +28,14 @@ BackendVersion readVersion(ObjectReader &reader)
     return {match.captured(1).toInt(), match.captured(2).toInt(), patch.isEmpty() ? -1 : patch.toInt()};
 }
 
-OutputFlags readOutput(ObjectReader &outputs, const QString &tag, const OutputFlags &standard)
+OutputFlags readOutput(ObjectReader &outputs, const QString &tag, const OutputFlags &fallback)
 {
     std::optional<ObjectReader> reader = outputs.member(tag);
     if (!reader)
-        return standard;
+        return fallback;
     OutputFlags flags;
-    flags.available = reader->flag(QStringLiteral("available"), standard.available);
-    flags.active = reader->flag(QStringLiteral("active"), standard.active);
+    flags.available = reader->flag(QStringLiteral("available"), fallback.available);
+    flags.active = reader->flag(QStringLiteral("active"), fallback.active);
     reader->finish();
     return flags;
 }

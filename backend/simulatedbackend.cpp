@@ -57,7 +57,7 @@ QString SimulatedBackend::name() const
     return currentModel()->name;
 }
 
-BackendVersion SimulatedBackend::version() const
+ProtocolVersion SimulatedBackend::version() const
 {
     return currentModel()->version;
 }
@@ -70,16 +70,16 @@ double SimulatedBackend::frameRate() const
 std::optional<QByteArray> SimulatedBackend::request(const QByteArray &query)
 {
     const std::shared_ptr<const Scenario> current = currentModel();
-    const Situation situation{*current, static_cast<double>(clock().count()) / nanosecondsPerSecond};
+    const QueryContext context{*current, static_cast<double>(clock().count()) / nanosecondsPerSecond};
     const Words words = wordsOf(query);
-    for (const QVector<Query> *table : {&bodyQueries(), &deviceQueries(), &filterQueries()}) {
-        for (const Query &entry : *table) {
+    for (const QVector<QueryEntry> *table : {&bodyQueries(), &deviceQueries(), &filterQueries()}) {
+        for (const QueryEntry &entry : *table) {
             const std::optional<Words> arguments = matchWords(entry.pattern, words);
             if (!arguments)
                 continue;
             if (!isAtLeast(current->version, entry.major, entry.minor))
                 return std::nullopt;
-            const Answer answer = entry.answer(situation, *arguments);
+            const Answer answer = entry.answer(context, *arguments);
             return answer ? Answer(clipped(*answer)) : std::nullopt;
         }
     }
@@ -92,14 +92,14 @@ bool SimulatedBackend::command(const QByteArray &command)
     const std::lock_guard lock(modelMutex);
     if (!model->changeable)
         return false;
-    for (const Command &entry : allCommands()) {
+    for (const CommandEntry &entry : allCommands()) {
         const std::optional<Words> arguments = matchWords(entry.pattern, words);
         if (!arguments)
             continue;
         if (!isAtLeast(model->version, entry.major, entry.minor))
             return false;
         const auto changed = std::make_shared<Scenario>(*model);
-        if (!entry.carryOut(*changed, *arguments))
+        if (!entry.execute(*changed, *arguments))
             return false;
         model = changed;
         return true;

@@ -21,7 +21,7 @@ public:
     explicit SimulatedBackend(Scenario scenario, std::optional<quint32> seed = {}, Clock clock = {});
 
     QString name() const override;
-    BackendVersion version() const override;
+    ProtocolVersion version() const override;
     double frameRate() const override;
 
     /// Answers are UTF-8 texts of at most 199 bytes; yes/no queries answer "yes" or "no". A query that the backend's

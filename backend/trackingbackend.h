@@ -10,7 +10,7 @@
 #include <optional>
 
 /// Version of a backend. A patch of -1 is an unspecified patch level.
-struct BackendVersion {
+struct ProtocolVersion {
     int major = 0;
     int minor = 0;
     int patch = 0;
@@ -30,7 +30,7 @@ public:
     virtual ~TrackingBackend() = default;
 
     virtual QString name() const = 0; ///< as the operator knows it, such as "simulation: default"
-    virtual BackendVersion version() const = 0;
+    virtual ProtocolVersion version() const = 0;
     virtual double frameRate() const = 0; ///< frames of output per second, above 0
 
     /// The answer to a query such as "body desc standard b01"; nothing when the backend fails or does not know it.

@@ -9,7 +9,7 @@
 
 #include <memory>
 
-/// A recorded motion of one body. Sampled by time, it begins anew when it is over.
+/// A recorded motion of one body. Sampled by time; it is repeated from the start when it is over.
 class Trajectory {
 public:
     struct Sample {
@@ -50,7 +50,7 @@ struct TrajectoryResult {
 };
 
 /// Reads lines "timestamp tx ty tz qx qy qz qw" [s, m, quaternion] with numbers in the C locale. Empty lines and lines
-/// that begin with '#' are comments, more fields than eight are ignored. A line with too few fields, something that is
+/// that start with '#' are comments, more fields than eight are ignored. A line with too few fields, something that is
 /// no finite number, a place more than 1000 km away, a time that does not increase or a quaternion of length 0 is
 /// skipped and reported. Quaternions are normalised; a denormal length counts as 0.
 TrajectoryResult loadTrajectory(const QString &fileName);

@@ -19,10 +19,10 @@ struct BackendChoice {
     QStringList replayFiles; ///< one body each
 };
 
-/// What goes for every backend that is chosen.
+/// What applies to every backend that is chosen.
 struct BackendSettings {
     std::optional<double> rate; ///< frames per second in place of the scenario's
-    std::optional<BackendVersion> version; ///< in place of the scenario's
+    std::optional<ProtocolVersion> version; ///< in place of the scenario's
     QVector<FaultRule> faults;
     std::chrono::milliseconds latency{0};
 };

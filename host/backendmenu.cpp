@@ -23,7 +23,7 @@ BackendMenu::BackendMenu(BackendSession &backendSession, HostLog &hostLog, Backe
     setToolTipsVisible(true);
     disconnectAction = addAction(tr("&Disconnect"), &session, &BackendSession::disconnectBackend);
     disconnectAction->setObjectName(QStringLiteral("disconnectAction"));
-    connectAction = addAction(tr("&Connect"), &session, &BackendSession::connectAgain);
+    connectAction = addAction(tr("&Connect"), &session, &BackendSession::reconnect);
     connectAction->setObjectName(QStringLiteral("connectAction"));
     addSeparator();
     addScenarios();
@@ -43,9 +43,9 @@ bool BackendMenu::choose(const BackendChoice &choice)
 {
     const BackendResult made = makeBackend(choice, settings);
     for (const QString &warning : made.warnings)
-        log.warn(warning);
+        log.warning(warning);
     if (!made.backend) {
-        log.warn(made.error);
+        log.warning(made.error);
         emit failed(made.error);
         updateActions(); // the click has ticked what is not connected
         return false;

@@ -10,7 +10,7 @@
 
 namespace {
 
-QString versionText(const BackendVersion &version)
+QString versionText(const ProtocolVersion &version)
 {
     const QString text = QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
     return version.patch < 0 ? text : QStringLiteral("%1.%2").arg(text).arg(version.patch);
@@ -49,7 +49,7 @@ void BackendSession::change(std::shared_ptr<TrackingBackend> newBackend)
     start();
 }
 
-void BackendSession::connectAgain()
+void BackendSession::reconnect()
 {
     if (connected || !backend)
         return;
@@ -64,9 +64,9 @@ void BackendSession::disconnectBackend()
     connected = false;
     output.stop(); // before the data is cleared, so that no line fills it again
     ioManager.setBackend(nullptr);
-    ioManager.announceLoss();
+    ioManager.announceDisconnect();
     versions.backendMajor = versions.backendMinor = versions.backendPatch = 0;
-    log.inform(tr("Disconnected from %1.").arg(backend->name()));
+    log.info(tr("Disconnected from %1.").arg(backend->name()));
     emit connectionChanged();
 }
 
@@ -83,12 +83,12 @@ QString BackendSession::backendName() const
 void BackendSession::openChannel()
 {
     // The record comes first: modules read it while they ask the backend for its configuration.
-    const BackendVersion version = backend->version();
+    const ProtocolVersion version = backend->version();
     versions.backendMajor = version.major;
     versions.backendMinor = version.minor;
     versions.backendPatch = version.patch;
     ioManager.setBackend(backend);
     connected = true;
-    log.inform(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
+    log.info(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
     emit connectionChanged();
 }

@@ -13,7 +13,7 @@ class HostIOManager;
 class HostLog;
 class TrackingBackend;
 
-/// The connection to the backend: brings it up in the order that modules rely on, and takes it down again. GUI thread.
+/// The connection to the backend: opened and closed in the order that modules rely on. GUI thread.
 class BackendSession : public QObject {
     Q_OBJECT
 
@@ -28,10 +28,10 @@ public:
     void start();
     /// The same as open() and start(), for a backend that is chosen while modules run.
     void change(std::shared_ptr<TrackingBackend> newBackend);
-    /// Connects again to the backend that was disconnected; its time went on meanwhile.
-    void connectAgain();
+    /// Connects again to the backend that was disconnected; its clock has not stopped meanwhile.
+    void reconnect();
     void disconnectBackend();
-    /// Ends the delivery without a word to the requesters.
+    /// Ends the delivery without notifying the requesters.
     void stopOutput();
 
     bool isConnected() const { return connected; }
@@ -39,7 +39,7 @@ public:
     OutputThread::Counts counts() const { return output.counts(); }
 
 signals:
-    void connectionChanged(); ///< connected, disconnected, or to another backend
+    void connectionChanged(); ///< connected, disconnected, or connected to a different backend
 
 private:
     void openChannel();

@@ -3,7 +3,7 @@
 #include "host/host.h"
 
 #include "host/backendmenu.h"
-#include "host/linesummary.h"
+#include "host/lineaccount.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -56,7 +56,7 @@ Host::Host(HostOptions hostOptions, std::shared_ptr<TrackingBackend> backend, co
 
 Host::~Host()
 {
-    takeDown();
+    shutDown();
 }
 
 int Host::run()
@@ -66,7 +66,7 @@ int Host::run()
     QApplication::exec();
     if (options.screenshotFile.isEmpty())
         mainWindow.saveLayout();
-    const QString summary = takeDown();
+    const QString summary = shutDown();
     std::printf("%s\n", qPrintable(summary));
     std::fflush(stdout);
     if (options.screenshotFile.isEmpty() || pictureSaved)
@@ -75,14 +75,14 @@ int Host::run()
     return screenshotFailed;
 }
 
-QString Host::takeDown()
+QString Host::shutDown()
 {
     if (isDown)
         return {};
     isDown = true;
     modules.aboutToUnload(); // while lines still flow, as modules have to expect
     session.stopOutput();
-    QString summary = LineSummary::text(session.counts(), displayedLines(modules.entries()));
+    QString summary = LineAccount::text(session.counts(), panelLineCounts(modules.entries()));
     mainWindow.removeEntries(modules.entries());
     modules.unload();
     return summary;

@@ -14,18 +14,18 @@
 
 #include <memory>
 
-/// The whole program behind its command line: brings up log, command channel, window, modules and output in the order
-/// that modules rely on, and takes them down in the opposite one. GUI thread.
+/// The whole program behind its command line: starts log, command channel, window, modules and output in the order
+/// that modules rely on, and shuts them down in reverse order. GUI thread.
 class Host {
     Q_DECLARE_TR_FUNCTIONS(Host)
 
 public:
     /// \a backend is what the options chose; modules are looked for in \a moduleFolders.
     Host(HostOptions hostOptions, std::shared_ptr<TrackingBackend> backend, const QStringList &moduleFolders);
-    /// Takes everything down if takeDown() has not done so.
+    /// Shuts everything down if shutDown() has not done so.
     ~Host();
 
-    /// Shows the window and runs until the operator quits or the time is over, then takes everything down and prints
+    /// Shows the window and runs until the operator quits or the time is over, then shuts everything down and prints
     /// the account of the lines. Returns the exit code.
     int run();
 
@@ -34,7 +34,7 @@ public:
     BackendSession &backendSession() { return session; }
 
     /// Unloads the modules and stops the output. Returns the account of the lines; empty when it was called before.
-    QString takeDown();
+    QString shutDown();
 
 private:
     Q_DISABLE_COPY(Host)

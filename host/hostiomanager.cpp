@@ -13,7 +13,7 @@
 #include <cstring>
 #include <vector>
 
-// The variable arguments have to be taken up in the function that received them.
+// The variable arguments must be read by the function that received them.
 #define FORMAT_ARGUMENTS(text, format)                                                                                 \
     va_list values;                                                                                                    \
     va_start(values, format);                                                                                          \
@@ -124,7 +124,7 @@ int HostIOManager::sendCommand(const char *format, ...)
         return 0;
     const QString reason = target ? tr("The backend refused the command \"%1\".")
                                   : tr("No backend is connected to take the command \"%1\".");
-    log.warn(reason.arg(QString::fromUtf8(command)));
+    log.warning(reason.arg(QString::fromUtf8(command)));
     return failed;
 }
 
@@ -132,7 +132,7 @@ void HostIOManager::startOutput(const char *tag, Requester *requester)
 {
     if (outputSubscriptions.subscribe(QByteArray(tag), requester))
         return;
-    log.warn(tr("Output \"%1\" was asked for by a requester that is not registered.").arg(QString::fromUtf8(tag)));
+    log.warning(tr("Output \"%1\" was asked for by a requester that is not registered.").arg(QString::fromUtf8(tag)));
 }
 
 void HostIOManager::stopOutput(const char *tag, Requester *requester)
@@ -158,18 +158,18 @@ void HostIOManager::logMessage(const char *category, const char *sender, qint32 
 void HostIOManager::setBackend(std::shared_ptr<TrackingBackend> newBackend)
 {
     const std::lock_guard lock(backendMutex);
-    backend.swap(newBackend); // the old one goes with the argument, after the lock
+    backend.swap(newBackend); // the old one is destroyed with the argument, after the lock
 }
 
 void HostIOManager::announceConfiguration()
 {
     for (Requester *requester : outputSubscriptions.all()) {
-        if (outputSubscriptions.contains(requester)) // one may have taken another along
+        if (outputSubscriptions.contains(requester)) // one may have removed another
             requester->configurationChanged();
     }
 }
 
-void HostIOManager::announceLoss()
+void HostIOManager::announceDisconnect()
 {
     for (Requester *requester : outputSubscriptions.all()) {
         if (outputSubscriptions.contains(requester))
@@ -181,19 +181,19 @@ std::optional<QByteArray> HostIOManager::ask(const QByteArray &query)
 {
     const std::shared_ptr<TrackingBackend> source = connectedBackend();
     if (!source) {
-        log.warn(tr("No backend is connected to answer \"%1\".").arg(QString::fromUtf8(query)));
+        log.warning(tr("No backend is connected to answer \"%1\".").arg(QString::fromUtf8(query)));
         return std::nullopt;
     }
     std::optional<QByteArray> answer = source->request(query);
     if (!answer)
-        log.warn(tr("The backend has no answer to \"%1\".").arg(QString::fromUtf8(query)));
+        log.warning(tr("The backend has no answer to \"%1\".").arg(QString::fromUtf8(query)));
     return answer;
 }
 
 int HostIOManager::refuse(const QByteArray &query, const QByteArray &answer)
 {
-    log.warn(tr(R"(The backend's answer to "%1" can't be used: "%2".)")
-                 .arg(QString::fromUtf8(query), QString::fromUtf8(answer)));
+    log.warning(tr(R"(The backend's answer to "%1" can't be used: "%2".)")
+                    .arg(QString::fromUtf8(query), QString::fromUtf8(answer)));
     return failed;
 }
 

@@ -60,7 +60,7 @@ public:
     /// Calls configurationChanged of every requester. GUI thread.
     void announceConfiguration();
     /// Calls clearData of every requester. GUI thread.
-    void announceLoss();
+    void announceDisconnect();
 
 private:
     std::optional<QByteArray> ask(const QByteArray &query);

@@ -15,7 +15,7 @@ HostLog::HostLog(std::size_t maximumEntries, QObject *parent)
     : QObject(parent)
     , capacity(maximumEntries)
 {
-    connect(this, &HostLog::entriesWaiting, this, &HostLog::handOut, Qt::QueuedConnection);
+    connect(this, &HostLog::entriesWaiting, this, &HostLog::flush, Qt::QueuedConnection);
 }
 
 void HostLog::add(int level, const QString &category, const QString &sender, const QString &text)
@@ -27,24 +27,24 @@ void HostLog::add(int level, const QString &category, const QString &sender, con
             ++dropped;
         }
         waiting.push_back({QDateTime::currentDateTime(), level, category, sender, text});
-        if (handOutIsDue)
+        if (flushIsDue)
             return;
-        handOutIsDue = true;
+        flushIsDue = true;
     }
     emit entriesWaiting();
 }
 
-void HostLog::inform(const QString &text)
+void HostLog::info(const QString &text)
 {
     add(0, hostCategory, hostSender, text);
 }
 
-void HostLog::warn(const QString &text)
+void HostLog::warning(const QString &text)
 {
     add(1, hostCategory, hostSender, text);
 }
 
-void HostLog::handOut()
+void HostLog::flush()
 {
     std::deque<LogEntry> entries;
     std::size_t lost = 0;
@@ -52,7 +52,7 @@ void HostLog::handOut()
         const std::lock_guard lock(mutex);
         entries.swap(waiting);
         std::swap(lost, dropped);
-        handOutIsDue = false;
+        flushIsDue = false;
     }
     if (lost > 0) {
         emit entryAdded({entries.front().time, 1, hostCategory, hostSender,

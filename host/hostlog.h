@@ -9,7 +9,7 @@
 #include <deque>
 #include <mutex>
 
-/// One entry of the host's log. A level of 0 is an information, 1 and above is a failure or a warning.
+/// One entry of the host's log. A level of 0 is information, 1 and above is a failure or a warning.
 struct LogEntry {
     QDateTime time;
     int level = 0;
@@ -18,9 +18,9 @@ struct LogEntry {
     QString text;
 };
 
-/// The host's log: entries come in from any thread and go out on the log's own thread.
+/// The host's log: entries are added from any thread and emitted on the log's own thread.
 ///
-/// Entries wait in a queue of limited length until the event loop hands them out, so that a module that logs with every
+/// Entries wait in a queue of limited length until the event loop flushes them, so that a module that logs with every
 /// line of data can't fill the memory. Beyond it the oldest are dropped and their number is logged instead.
 class HostLog : public QObject {
     Q_OBJECT
@@ -30,21 +30,21 @@ public:
 
     /// Any thread.
     void add(int level, const QString &category, const QString &sender, const QString &text);
-    /// An information of the host's own. Any thread.
-    void inform(const QString &text);
-    /// A failure of the host's own. Any thread.
-    void warn(const QString &text);
+    /// Information from the host itself. Any thread.
+    void info(const QString &text);
+    /// A failure of the host itself. Any thread.
+    void warning(const QString &text);
 
 signals:
     void entryAdded(const LogEntry &entry); ///< on the log's thread, in the order of the entries
     void entriesWaiting(); ///< from any thread, for this object alone
 
 private:
-    void handOut();
+    void flush();
 
     const std::size_t capacity;
     std::mutex mutex; // guards the next three, which any thread touches
     std::deque<LogEntry> waiting;
     std::size_t dropped = 0;
-    bool handOutIsDue = false;
+    bool flushIsDue = false;
 };

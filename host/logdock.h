@@ -7,7 +7,7 @@
 class QPlainTextEdit;
 struct LogEntry;
 
-/// The host's log as plain text, one line per entry; the oldest lines go when there are too many.
+/// The host's log as plain text, one line per entry; the oldest lines are dropped when there are too many.
 class LogDock : public QDockWidget {
     Q_OBJECT
 

@@ -187,7 +187,7 @@ void MainWindow::addDock(const ModuleEntry &entry, int number)
 {
     auto *dock = qobject_cast<QDockWidget *>(entry.widget);
     if (!dock) {
-        log.warn(tr("A module's widget for \"%1\" is no dock widget and is not shown.").arg(entry.menuName));
+        log.warning(tr("A module's widget for \"%1\" is no dock widget and is not shown.").arg(entry.menuName));
         return;
     }
     if (dock->objectName().isEmpty()) // without a name its place can't be kept

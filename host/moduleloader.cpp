@@ -25,7 +25,7 @@ bool comesFirst(const ModuleEntry *left, const ModuleEntry *right)
     return std::tie(left->primaryOrder, left->secondaryOrder) < std::tie(right->primaryOrder, right->secondaryOrder);
 }
 
-void handOver(ModuleInterface &module, const HostObjects &objects)
+void setProperties(ModuleInterface &module, const HostObjects &objects)
 {
     module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue(objects.commandManager));
     module.setModuleProperty(QStringLiteral("ModuleParent"), QVariant::fromValue(objects.moduleParent));
@@ -68,7 +68,8 @@ void ModuleLoader::load(const QStringList &searchedFolders, const HostObjects &o
     }
     std::stable_sort(sortedEntries.begin(), sortedEntries.end(), comesFirst);
     if (modules.empty()) {
-        log.warn(tr("There is no module in any of these folders: %1.").arg(searchedFolders.join(QStringLiteral(", "))));
+        log.warning(
+            tr("There is no module in any of these folders: %1.").arg(searchedFolders.join(QStringLiteral(", "))));
     }
 }
 
@@ -88,7 +89,8 @@ void ModuleLoader::unload()
         module.interface->releaseWidgets();
     for (const Module &module : modules) {
         if (!module.loader->unload())
-            log.warn(tr("%1 could not be unloaded: %2.").arg(module.loader->fileName(), module.loader->errorString()));
+            log.warning(
+                tr("%1 could not be unloaded: %2.").arg(module.loader->fileName(), module.loader->errorString()));
     }
     modules.clear();
 }
@@ -99,21 +101,21 @@ void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
     QString iid;
     if (!isWanted(*loader, &iid))
         return;
-    // The instance goes with unload(), its code stays: Qt's caches may hold texts that lie in the library.
+    // The instance is destroyed by unload(), its code stays: Qt's caches may hold texts that lie in the library.
     loader->setLoadHints(QLibrary::PreventUnloadHint);
     auto *module = qobject_cast<ModuleInterface *>(loader->instance());
     if (!module) {
         const QString reason =
             loader->isLoaded() ? tr("it does not have the interface of a module") : loader->errorString();
-        log.warn(tr("The module %1 is not used: %2.").arg(path, reason));
+        log.warning(tr("The module %1 is not used: %2.").arg(path, reason));
         loader->unload();
         return;
     }
-    handOver(*module, objects);
+    setProperties(*module, objects);
     const QList<ModuleEntry *> entries = module->moduleEntries();
     std::copy_if(entries.begin(), entries.end(), std::back_inserter(sortedEntries),
                  [](const ModuleEntry *entry) { return entry != nullptr; });
-    log.inform(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
+    log.info(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
     modules.push_back({std::move(loader), module, iid});
 }
 
@@ -123,16 +125,16 @@ bool ModuleLoader::isWanted(const QPluginLoader &loader, QString *iid)
     const QString path = loader.fileName();
     *iid = loader.metaData().value(QLatin1String("IID")).toString();
     if (iid->isEmpty()) {
-        log.warn(tr("%1 is not a module: it has no plug-in metadata that this program can read.").arg(path));
+        log.warning(tr("%1 is not a module: it has no plug-in metadata that this program can read.").arg(path));
         return false;
     }
     if (!iid->startsWith(iidPrefix)) {
-        log.inform(tr("%1 is not one of our modules: its identifier is \"%2\".").arg(path, *iid));
+        log.info(tr("%1 is not one of our modules: its identifier is \"%2\".").arg(path, *iid));
         return false;
     }
     const bool known =
         std::any_of(modules.begin(), modules.end(), [&](const Module &module) { return module.iid == *iid; });
     if (known)
-        log.inform(tr("%1 is left alone: a module of its kind is loaded already.").arg(path));
+        log.info(tr("%1 is left alone: a module of its kind is loaded already.").arg(path));
     return !known;
 }

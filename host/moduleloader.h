@@ -27,14 +27,14 @@ struct HostObjects {
     bool observerMode = false;
 };
 
-/// Finds modules, brings them up, and takes them down again. What can't be used is logged and left alone: a faulty
+/// Finds modules, loads and unloads them. What can't be used is logged and left alone: a faulty
 /// module is no reason for the operator to lose the others. GUI thread.
 class ModuleLoader {
     Q_DECLARE_TR_FUNCTIONS(ModuleLoader)
 
 public:
     explicit ModuleLoader(HostLog &hostLog);
-    /// Takes down what is still up.
+    /// Unloads what is still loaded.
     ~ModuleLoader();
 
     /// Where modules are looked for: \a firstFolder unless it is empty, beside the program, and where they are

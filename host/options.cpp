@@ -17,8 +17,8 @@ constexpr double highestRate = 1000.0;
 constexpr int longestLatency = 60 * 1000; // [ms]
 constexpr int longestTime = 7 * 24 * 60 * 60 * 1000; // [ms]; a week, well within an int
 
-/// The parser knows no values that may be left out, so "--simulate=NAME" is taken apart: the name of the scenario is
-/// a positional argument.
+/// The parser has no optional values, so "--simulate=NAME" is taken apart: the name of the scenario is a positional
+/// argument.
 QStringList withScenarioApart(const QStringList &arguments)
 {
     const QString prefix = QStringLiteral("--") + simulateName + QLatin1Char('=');
@@ -69,7 +69,7 @@ public:
         return std::nullopt;
     }
 
-    std::optional<BackendVersion> version(const QCommandLineOption &option)
+    std::optional<ProtocolVersion> version(const QCommandLineOption &option)
     {
         if (!parser.isSet(option))
             return std::nullopt;
@@ -77,8 +77,8 @@ public:
         const QRegularExpressionMatch match = threeNumbers.match(parser.value(option));
         if (match.hasMatch()) {
             const QString patch = match.captured(3);
-            return BackendVersion{match.captured(1).toInt(), match.captured(2).toInt(),
-                                  patch.isEmpty() ? -1 : patch.toInt()};
+            return ProtocolVersion{match.captured(1).toInt(), match.captured(2).toInt(),
+                                   patch.isEmpty() ? -1 : patch.toInt()};
         }
         complain(tr("--%1 takes a version such as 1.21.0, not \"%2\".")
                      .arg(option.names().constLast(), parser.value(option)));
@@ -173,7 +173,7 @@ QString answerTo(const CommandLine &line)
     return {};
 }
 
-/// What in itself makes no sense, whatever the values are; empty when all is well.
+/// Contradictory options, whatever their values; empty when there are none.
 QString contradictionIn(const CommandLine &line)
 {
     const QCommandLineParser &parser = line.parser;

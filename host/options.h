@@ -33,6 +33,6 @@ public:
     HostOptions options;
     QString text; ///< for the standard output (Kind::Answer) or the standard error (Kind::Error)
 
-    /// \a arguments begin with the name of the program. There must be an application object.
+    /// \a arguments start with the name of the program. There must be an application object.
     static OptionsResult read(const QStringList &arguments);
 };

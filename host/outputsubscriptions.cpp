@@ -68,7 +68,7 @@ OutputSubscriptions::Delivered OutputSubscriptions::deliver(const OutputLine &li
     Delivered delivered;
     for (Requester *requester : subscribersOf(line.tag)) {
         if (!enter(requester, line.tag))
-            continue; // gone since the list was made, perhaps deleted
+            continue; // removed since the list was made, perhaps deleted
         const int result = requester->processOutput(line.tag.constData(), line.text.constData());
         leave();
         ++delivered.sent;

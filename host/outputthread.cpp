@@ -71,7 +71,7 @@ void OutputThread::run(const TrackingBackend &backend, Clock::time_point epoch)
             skippedFrames += static_cast<quint64>(behind - catchUp);
             frame += behind - catchUp;
         }
-        // The middle of the frame, so that no rounding of its begin gives the frame before.
+        // The middle of the frame, so that no rounding of its start gives the frame before.
         deliverFrame(backend, timeOfFrame(static_cast<double>(frame) + 0.5, rate));
         ++frame;
     }

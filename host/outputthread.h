@@ -22,7 +22,7 @@ class OutputThread {
 public:
     using Clock = std::chrono::steady_clock;
 
-    /// Totals since the object was made; they go on over start() and stop().
+    /// Totals since the object was made; start() and stop() do not reset them.
     struct Counts {
         quint64 sent = 0; ///< lines handed to requesters
         quint64 refused = 0; ///< of these, the ones that a requester did not take

@@ -58,7 +58,7 @@ inline Scenario everything()
     return scenario;
 }
 
-inline Scenario withVersion(Scenario scenario, const BackendVersion &version)
+inline Scenario withVersion(Scenario scenario, const ProtocolVersion &version)
 {
     scenario.version = version;
     return scenario;

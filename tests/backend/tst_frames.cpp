@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "backend/chance.h"
 #include "backend/frame.h"
 #include "backend/motion.h"
+#include "backend/randomstream.h"
 #include "tests/backend/model.h"
 
 #include <QtTest>
@@ -13,7 +13,7 @@ class TestFrames : public QObject {
     Q_OBJECT
 
 private slots:
-    void chanceIsEven();
+    void randomNumbersAreEven();
     void losesOncePerStretch_data();
     void losesOncePerStretch();
     void rowsAndIds_data();
@@ -35,7 +35,7 @@ private slots:
 namespace {
 
 /// One body that is lost half of the time, with or without a sensor.
-Scenario losing(bool withSensor, bool present, const BackendVersion &version)
+Scenario losing(bool withSensor, bool present, const ProtocolVersion &version)
 {
     Scenario scenario;
     scenario.version = version;
@@ -51,19 +51,19 @@ Scenario losing(bool withSensor, bool present, const BackendVersion &version)
 
 } // namespace
 
-void TestFrames::chanceIsEven()
+void TestFrames::randomNumbersAreEven()
 {
     std::array<int, 10> counts{};
     for (quint64 index = 0; index < 10000; ++index) {
-        const double value = chance(3, ChanceStream::Body, 1, index);
+        const double value = uniform(3, RandomStream::Body, 1, index);
         QVERIFY(value >= 0.0 && value < 1.0);
         ++counts[static_cast<std::size_t>(value * 10.0)];
     }
     for (const int count : counts)
         QVERIFY2(count > 850 && count < 1150, qPrintable(QString::number(count)));
-    QVERIFY(chance(3, ChanceStream::Body, 1, 0) != chance(4, ChanceStream::Body, 1, 0));
-    QVERIFY(chance(3, ChanceStream::Body, 1, 0) != chance(3, ChanceStream::Head, 1, 0));
-    QVERIFY(chance(3, ChanceStream::Body, 1, 0) != chance(3, ChanceStream::Body, 2, 0));
+    QVERIFY(uniform(3, RandomStream::Body, 1, 0) != uniform(4, RandomStream::Body, 1, 0));
+    QVERIFY(uniform(3, RandomStream::Body, 1, 0) != uniform(3, RandomStream::Head, 1, 0));
+    QVERIFY(uniform(3, RandomStream::Body, 1, 0) != uniform(3, RandomStream::Body, 2, 0));
 }
 
 void TestFrames::losesOncePerStretch_data()
@@ -85,7 +85,7 @@ void TestFrames::losesOncePerStretch()
     int lost = 0;
     for (int step = 0; step < 100000; ++step) {
         const double seconds = 0.01 * step;
-        const std::optional<double> since = lostSince({every, lasting}, 1, ChanceStream::Body, 1, seconds);
+        const std::optional<double> since = lostSince({every, lasting}, 1, RandomStream::Body, 1, seconds);
         if (!since)
             continue;
         ++lost;
@@ -252,7 +252,7 @@ void TestFrames::orbit()
     QVERIFY(std::abs(pose.position[0] - x) < 1.0e-6);
     QVERIFY(std::abs(pose.position[1] - y) < 1.0e-6);
     QCOMPARE(pose.position[2], 30.0);
-    QVERIFY(std::abs(std::remainder(anglesOfRotation(pose.rotation)[2] - rz, 360.0)) < 1.0e-6);
+    QVERIFY(std::abs(std::remainder(eulerAngles(pose.rotation)[2] - rz, 360.0)) < 1.0e-6);
 }
 
 void TestFrames::angles_data()
@@ -290,7 +290,7 @@ void TestFrames::angles()
         for (std::size_t row = 0; row < 3; ++row)
             QVERIFY(std::abs(rotation[3 * column + row] - axis[row]) < 1.0e-12);
     }
-    const Vector3 angles = anglesOfRotation(rotation);
+    const Vector3 angles = eulerAngles(rotation);
     QVERIFY(std::abs(angles[0] - rx) < 1.0e-6);
     QVERIFY(std::abs(angles[1] - ry) < 1.0e-6);
     QVERIFY(std::abs(angles[2] - rz) < 1.0e-6);

@@ -5,7 +5,7 @@
 
 #include <QtTest>
 
-Q_DECLARE_METATYPE(BackendVersion)
+Q_DECLARE_METATYPE(ProtocolVersion)
 
 using namespace std::chrono_literals;
 
@@ -189,9 +189,9 @@ void TestQueries::answers()
 void TestQueries::versions_data()
 {
     QTest::addColumn<QByteArray>("query");
-    QTest::addColumn<BackendVersion>("before");
-    QTest::addColumn<BackendVersion>("from");
-    const auto add = [](const char *query, const BackendVersion &before, const BackendVersion &from) {
+    QTest::addColumn<ProtocolVersion>("before");
+    QTest::addColumn<ProtocolVersion>("from");
+    const auto add = [](const char *query, const ProtocolVersion &before, const ProtocolVersion &from) {
         QTest::newRow(query) << QByteArray(query) << before << from;
     };
     add("wandor multiuser_with_head_available", {0, 12, 9}, {0, 13, -1});
@@ -210,8 +210,8 @@ void TestQueries::versions_data()
 void TestQueries::versions()
 {
     QFETCH(QByteArray, query);
-    QFETCH(BackendVersion, before);
-    QFETCH(BackendVersion, from);
+    QFETCH(ProtocolVersion, before);
+    QFETCH(ProtocolVersion, from);
     SimulatedBackend older(withVersion(everything(), before));
     SimulatedBackend newer(withVersion(everything(), from));
     QCOMPARE(ask(older, query), failure);

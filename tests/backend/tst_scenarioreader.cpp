@@ -72,8 +72,8 @@ void TestScenarioReader::readsBodies()
     QCOMPARE(scenario.bodies.size(), 2);
     QCOMPARE(scenario.bodies[0].name, QStringLiteral("Left \"hand\""));
     QVERIFY(scenario.bodies[0].calibrated && scenario.bodies[0].active);
-    QCOMPARE(scenario.bodies[0].dropouts.every, 12.0);
-    QCOMPARE(scenario.bodies[0].dropouts.lasting, 3.0);
+    QCOMPARE(scenario.bodies[0].dropouts.period, 12.0);
+    QCOMPARE(scenario.bodies[0].dropouts.duration, 3.0);
     QVERIFY(scenario.bodies[1].name.isEmpty());
     QVERIFY(!scenario.bodies[1].calibrated && !scenario.bodies[1].active);
 }
@@ -159,7 +159,7 @@ void TestScenarioReader::readsSensors()
     QCOMPARE(sensorText(sensor), QByteArray("inertial d07 'A17'"));
     QCOMPARE(sensor.body, 2);
     QVERIFY(!sensor.present);
-    QCOMPARE(sensor.dropouts.every, 5.0);
+    QCOMPARE(sensor.dropouts.period, 5.0);
     QCOMPARE(sensor.battery.start, 0.5);
     QCOMPARE(sensor.battery.perMinute, -0.1);
     QCOMPARE(sensor.temperature.start, 23.5);
@@ -189,7 +189,7 @@ void TestScenarioReader::readsTheRest()
     QVERIFY(scenario.output3d.available && !scenario.output3d.active);
     QCOMPARE(scenario.markers.count, 5);
     QCOMPARE(scenario.markers.center, Vector3({1.0, 2.0, 3.0}));
-    QCOMPARE(scenario.markers.dropouts.lasting, 7.0);
+    QCOMPARE(scenario.markers.dropouts.duration, 7.0);
 }
 
 void TestScenarioReader::readsVersions_data()

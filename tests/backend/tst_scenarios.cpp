@@ -158,7 +158,7 @@ void TestScenarios::theDefaultHasSomethingOfEverything()
     QVERIFY(has([](const StandardBody &body) { return body.name.contains(QLatin1Char('"')); }));
     QVERIFY(has([](const StandardBody &body) { return !body.calibrated; }));
     QVERIFY(has([](const StandardBody &body) { return !body.active; }));
-    QVERIFY(has([](const StandardBody &body) { return body.dropouts.every > 0.0; }));
+    QVERIFY(has([](const StandardBody &body) { return body.dropouts.period > 0.0; }));
     QVERIFY(has([](const StandardBody &body) { return body.filter.enabled; }));
     QCOMPARE(scenario.sensors.size(), 2);
     QVERIFY(scenario.filter.standard);

@@ -14,7 +14,7 @@
 class FakeBackend : public TrackingBackend {
 public:
     QString name() const override { return backendName; }
-    BackendVersion version() const override { return backendVersion; }
+    ProtocolVersion version() const override { return backendVersion; }
     double frameRate() const override { return rate; }
 
     std::optional<QByteArray> request(const QByteArray &query) override
@@ -50,7 +50,7 @@ public:
 
     // Set before the backend is used.
     QString backendName = QStringLiteral("fake");
-    BackendVersion backendVersion{1, 21, 3};
+    ProtocolVersion backendVersion{1, 21, 3};
     double rate = 1000.0;
     QByteArrayList tags{"6d", "3d"};
     QHash<QByteArray, QByteArray> answers;

@@ -49,7 +49,7 @@ private slots:
     void staysDownWhenTheConfigurationEndsInADisconnection();
 
 private:
-    static std::shared_ptr<FakeBackend> backendWith(int bodies, BackendVersion version);
+    static std::shared_ptr<FakeBackend> backendWith(int bodies, ProtocolVersion version);
 
     std::unique_ptr<HostLog> log;
     std::unique_ptr<HostIOManager> manager;
@@ -78,7 +78,7 @@ void BackendSessionTest::cleanup()
     log.reset();
 }
 
-std::shared_ptr<FakeBackend> BackendSessionTest::backendWith(int bodies, BackendVersion version)
+std::shared_ptr<FakeBackend> BackendSessionTest::backendWith(int bodies, ProtocolVersion version)
 {
     auto backend = std::make_shared<FakeBackend>();
     backend->backendVersion = version;
@@ -145,8 +145,8 @@ void BackendSessionTest::disconnectsAndConnectsAgain()
     QCOMPARE(observer->calls.size(), 1);
     QCOMPARE(session->counts().sent, sent);
 
-    session->connectAgain();
-    session->connectAgain();
+    session->reconnect();
+    session->reconnect();
     QCOMPARE(observer->calls.size(), 2);
     QCOMPARE(observer->calls.constLast(), QStringLiteral("configurationChanged: version 1.21.0, 4"));
     QTRY_VERIFY(session->counts().sent > sent);
@@ -155,7 +155,7 @@ void BackendSessionTest::disconnectsAndConnectsAgain()
 
 void BackendSessionTest::changesTheBackend()
 {
-    session->connectAgain(); // there is none yet
+    session->reconnect(); // there is none yet
     QVERIFY(!session->isConnected());
     session->open(backendWith(4, {1, 21, 0}));
     session->start();

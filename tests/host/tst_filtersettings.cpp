@@ -358,9 +358,9 @@ void TestFilterSettings::survivesWhatTheOperatorDoesMeanwhile()
             host->backendSession().change(std::make_shared<SimulatedBackend>(*loaded.scenario));
         } else if (deed == QLatin1String("disconnect and connect")) {
             host->backendSession().disconnectBackend();
-            host->backendSession().connectAgain();
+            host->backendSession().reconnect();
         } else {
-            host->takeDown();
+            host->shutDown();
         }
     }));
     QCoreApplication::processEvents();
@@ -369,7 +369,7 @@ void TestFilterSettings::survivesWhatTheOperatorDoesMeanwhile()
         return;
     }
     if (deed == QLatin1String("disconnect"))
-        host->backendSession().connectAgain();
+        host->backendSession().reconnect();
     QTRY_VERIFY(table()->rowCount() > 0);
     const QString before = table()->item(0, 4)->text();
     QTRY_VERIFY(table()->item(0, 4)->text() != before); // and data flow on

@@ -258,7 +258,7 @@ void HostTest::countsRefusedLines()
     QVERIFY(panel->setProperty("refusing", true));
     QTRY_VERIFY(label("refusedLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
     QVERIFY(label("refusedLabel").endsWith(QStringLiteral(" refused")));
-    const QString summary = host->takeDown();
+    const QString summary = host->shutDown();
     const quint64 refused = host->backendSession().counts().refused;
     QVERIFY2(summary.contains(QStringLiteral(", %1 refused, ").arg(refused)), qPrintable(summary));
 }
@@ -313,7 +313,7 @@ void HostTest::takesDownInOrderAndAccountsForTheLines()
 {
     QTRY_VERIFY(host->backendSession().counts().sent > 20);
     takeCalls();
-    const QString summary = host->takeDown();
+    const QString summary = host->shutDown();
     QCOMPARE(
         takeCalls(),
         (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
@@ -326,7 +326,7 @@ void HostTest::takesDownInOrderAndAccountsForTheLines()
                  .arg(sent - dropped)
                  .arg(dropped));
     QCOMPARE(menuTexts("viewMenu"), QStringList{QStringLiteral("&Log")});
-    QVERIFY(host->takeDown().isEmpty());
+    QVERIFY(host->shutDown().isEmpty());
 }
 
 void HostTest::endsAnOpenDialogBeforeTheModulesGo()
@@ -358,7 +358,7 @@ void HostTest::runsWithoutAnyModule()
     start({empty.path()});
     QTRY_VERIFY(logText().contains(empty.path()));
     QVERIFY(host->window().isVisible());
-    QCOMPARE(host->takeDown(), QStringLiteral("lines: 0 sent, 0 refused"));
+    QCOMPARE(host->shutDown(), QStringLiteral("lines: 0 sent, 0 refused"));
 }
 
 QTEST_MAIN(HostTest)

@@ -334,7 +334,7 @@ void HostIOManagerTest::tellsRequestersOfTheConfiguration()
     manager->registerRequester(&first);
     manager->registerRequester(&second);
     manager->announceConfiguration();
-    manager->announceLoss();
+    manager->announceDisconnect();
     QCOMPARE(first.configurations, 1);
     QCOMPARE(first.clears, 1);
     QCOMPARE(second.configurations, 1);
@@ -352,7 +352,7 @@ void HostIOManagerTest::skipsARequesterThatAnotherTookAlong()
     manager->announceConfiguration();
     QCOMPARE(second.configurations, 0);
     manager->registerRequester(&second);
-    manager->announceLoss();
+    manager->announceDisconnect();
     QCOMPARE(second.clears, 0);
     QCOMPARE(first.clears, 1);
 }

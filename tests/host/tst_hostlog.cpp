@@ -54,11 +54,11 @@ void HostLogTest::dropsTheOldestWhenTheyComeTooFast()
     QStringList texts;
     connect(&log, &HostLog::entryAdded, this, [&](const LogEntry &entry) { texts << entry.text; });
     for (int entry = 0; entry < 10; ++entry)
-        log.inform(QString::number(entry));
+        log.info(QString::number(entry));
     QTRY_COMPARE(texts.size(), 4);
     QVERIFY2(texts.takeFirst().startsWith(QStringLiteral("7 entries")), "the number of lost entries comes first");
     QCOMPARE(texts, (QStringList{QStringLiteral("7"), QStringLiteral("8"), QStringLiteral("9")}));
-    log.warn(QStringLiteral("later"));
+    log.warning(QStringLiteral("later"));
     QTRY_COMPARE(texts.size(), 4);
     QCOMPARE(texts.constLast(), QStringLiteral("later"));
 }

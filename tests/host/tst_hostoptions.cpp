@@ -114,7 +114,7 @@ void HostOptionsTest::takesAVersion()
     QFETCH(QVector<int>, version);
     const OptionsResult result = read(QStringLiteral("--backend-version ") + text);
     QCOMPARE(result.kind, version.isEmpty() ? Kind::Error : Kind::Run);
-    const std::optional<BackendVersion> read = result.options.settings.version;
+    const std::optional<ProtocolVersion> read = result.options.settings.version;
     QCOMPARE(read ? QVector<int>({read->major, read->minor, read->patch}) : QVector<int>(), version);
 }
 

@@ -155,7 +155,7 @@ std::vector<Shown> everythingShown()
 
 bool isLostNowAndThen(const StandardBody &body)
 {
-    return body.dropouts.every > 0.0;
+    return body.dropouts.period > 0.0;
 }
 
 QString text(const QTableWidget &table, int row, int column)

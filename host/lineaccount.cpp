@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "host/linesummary.h"
+#include "host/lineaccount.h"
 
 #include "interface/moduleinterface.h"
 
@@ -8,9 +8,9 @@
 #include <QVariant>
 #include <QWidget>
 
-std::optional<DisplayedLines> displayedLines(const QList<ModuleEntry *> &entries)
+std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entries)
 {
-    std::optional<DisplayedLines> total;
+    std::optional<PanelLineCounts> total;
     for (const ModuleEntry *entry : entries) {
         if (!entry->widget)
             continue;
@@ -29,17 +29,17 @@ std::optional<DisplayedLines> displayedLines(const QList<ModuleEntry *> &entries
     return total;
 }
 
-QString LineSummary::text(const OutputThread::Counts &counts, const std::optional<DisplayedLines> &displayed)
+QString LineAccount::text(const OutputThread::Counts &counts, const std::optional<PanelLineCounts> &panels)
 {
     QStringList parts{tr("%1 sent").arg(counts.sent)};
-    if (displayed) {
-        parts << tr("%1 stored").arg(displayed->stored)
-              << tr("%1 dropped while the display was drawing").arg(displayed->dropped);
+    if (panels) {
+        parts << tr("%1 stored").arg(panels->stored)
+              << tr("%1 dropped while the display was drawing").arg(panels->dropped);
     }
     parts << tr("%1 refused").arg(counts.refused);
-    if (displayed) {
-        parts << tr("%1 ignored").arg(displayed->ignored);
-        const quint64 accounted = displayed->stored + displayed->dropped + counts.refused + displayed->ignored;
+    if (panels) {
+        parts << tr("%1 ignored").arg(panels->ignored);
+        const quint64 accounted = panels->stored + panels->dropped + counts.refused + panels->ignored;
         if (accounted < counts.sent)
             parts << tr("%1 unaccounted for").arg(counts.sent - accounted);
         else if (accounted > counts.sent)

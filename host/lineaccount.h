@@ -12,23 +12,23 @@
 
 struct ModuleEntry;
 
-/// What displays say became of the lines they were given.
-struct DisplayedLines {
+/// What panels report about the lines they were given.
+struct PanelLineCounts {
     quint64 stored = 0;
-    quint64 dropped = 0; ///< lost because the display was drawing
+    quint64 dropped = 0; ///< lost because the panel was drawing
     quint64 ignored = 0;
 };
 
 /// Adds up the properties "storedLines", "droppedLines" and "ignoredLines" of every widget in the entries' docks that
-/// has the second of them. A result code can't tell a dropped line from a stored one, so a display that counts says it
+/// has the second of them. A result code can't tell a dropped line from a stored one, so a panel that counts says it
 /// this way. Nothing when no widget does. GUI thread.
-std::optional<DisplayedLines> displayedLines(const QList<ModuleEntry *> &entries);
+std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entries);
 
 /// The account of all lines, for the end of a run.
-struct LineSummary {
-    Q_DECLARE_TR_FUNCTIONS(LineSummary)
+struct LineAccount {
+    Q_DECLARE_TR_FUNCTIONS(LineAccount)
 
 public:
     /// One line, which says so when the numbers do not add up.
-    static QString text(const OutputThread::Counts &counts, const std::optional<DisplayedLines> &displayed);
+    static QString text(const OutputThread::Counts &counts, const std::optional<PanelLineCounts> &panels);
 };

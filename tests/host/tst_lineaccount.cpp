@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "host/linesummary.h"
+#include "host/lineaccount.h"
 #include "interface/moduleinterface.h"
 
 #include <QTest>
 
-class LineSummaryTest : public QObject {
+class LineAccountTest : public QObject {
     Q_OBJECT
 
 private slots:
@@ -14,7 +14,7 @@ private slots:
     void looksForNothingWithoutWidgets();
 };
 
-void LineSummaryTest::accountsForEveryLine_data()
+void LineAccountTest::accountsForEveryLine_data()
 {
     QTest::addColumn<QVector<quint64>>("counts"); // sent, refused, skipped frames
     QTest::addColumn<QVector<quint64>>("displayed"); // stored, dropped, ignored; empty: the display does not count
@@ -42,23 +42,23 @@ void LineSummaryTest::accountsForEveryLine_data()
         << QStringLiteral("lines: 10 sent, 2 refused, 7 frames left out because the host was late");
 }
 
-void LineSummaryTest::accountsForEveryLine()
+void LineAccountTest::accountsForEveryLine()
 {
     QFETCH(QVector<quint64>, counts);
     QFETCH(QVector<quint64>, displayed);
     QFETCH(QString, text);
-    std::optional<DisplayedLines> lines;
+    std::optional<PanelLineCounts> lines;
     if (!displayed.isEmpty())
-        lines = DisplayedLines{displayed[0], displayed[1], displayed[2]};
-    QCOMPARE(LineSummary::text({counts[0], counts[1], counts[2]}, lines), text);
+        lines = PanelLineCounts{displayed[0], displayed[1], displayed[2]};
+    QCOMPARE(LineAccount::text({counts[0], counts[1], counts[2]}, lines), text);
 }
 
-void LineSummaryTest::looksForNothingWithoutWidgets()
+void LineAccountTest::looksForNothingWithoutWidgets()
 {
     ModuleEntry entry;
-    QVERIFY(!displayedLines({}));
-    QVERIFY(!displayedLines({&entry}));
+    QVERIFY(!panelLineCounts({}));
+    QVERIFY(!panelLineCounts({&entry}));
 }
 
-QTEST_GUILESS_MAIN(LineSummaryTest)
-#include "tst_linesummary.moc"
+QTEST_GUILESS_MAIN(LineAccountTest)
+#include "tst_lineaccount.moc"
