@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "backend/commandtable.h"
 
+namespace backend {
+
 namespace {
 
 /// The entry that a word such as "b01" numbers; nullptr: there is none.
@@ -105,3 +107,5 @@ const QVector<QueryEntry> &bodyQueries()
     };
     return queries;
 }
+
+} // namespace backend

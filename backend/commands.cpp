@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "backend/commandtable.h"
 
+namespace backend {
+
 namespace {
 
 /// The value that \a word stands for; nothing when it is neither "yes" nor "no".
@@ -117,3 +119,5 @@ const QVector<CommandEntry> &allCommands()
     };
     return commands;
 }
+
+} // namespace backend

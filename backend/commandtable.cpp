@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <string_view>
 
+namespace backend {
+
 namespace {
 
 template<typename Entry> const Entry *entryOf(const QVector<Entry> &entries, const QByteArray &id)
@@ -106,3 +108,5 @@ const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id)
 {
     return entryOf(filter.modes, id);
 }
+
+} // namespace backend

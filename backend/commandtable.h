@@ -4,6 +4,8 @@
 
 #include "backend/scenario.h"
 
+namespace backend {
+
 /// The words of a text, blanks between them removed.
 using Words = QList<QByteArray>;
 using Answer = std::optional<QByteArray>;
@@ -62,3 +64,5 @@ bool isOffered(const QVector<QByteArray> &bodies, const QByteArray &body);
 /// The preset or mode of that id; nullptr: unknown.
 const FilterPreset *presetOf(const FilterOffer &filter, const QByteArray &id);
 const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id);
+
+} // namespace backend

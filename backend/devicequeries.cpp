@@ -4,6 +4,8 @@
 #include "backend/frame.h"
 #include "backend/motion.h"
 
+namespace backend {
+
 namespace {
 
 constexpr double coldest = -40.0; // [degrees Celsius]
@@ -144,3 +146,5 @@ const QVector<QueryEntry> &deviceQueries()
     };
     return queries;
 }
+
+} // namespace backend

@@ -6,6 +6,8 @@
 
 #include <QThread>
 
+namespace backend {
+
 namespace {
 
 /// \a pattern as a regular expression for whole texts. QRegularExpression's own wildcards stop at slashes, since they
@@ -99,3 +101,5 @@ bool FaultyBackend::failsNow(const QByteArray &text)
     }
     return fails;
 }
+
+} // namespace backend

@@ -11,6 +11,8 @@
 #include <mutex>
 #include <vector>
 
+namespace backend {
+
 /// Which queries and commands fail, and how often.
 struct FaultRule {
     QString pattern; ///< the whole text; '*' stands for any text, '?' for any character
@@ -54,3 +56,5 @@ private:
     std::mutex rulesMutex; // guards the rules
     std::vector<Rule> rules;
 };
+
+} // namespace backend

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "backend/commandtable.h"
 
+namespace backend {
+
 namespace {
 
 /// The id of the entry that a word such as "t01" numbers.
@@ -146,3 +148,5 @@ const QVector<QueryEntry> &filterQueries()
     };
     return queries;
 }
+
+} // namespace backend

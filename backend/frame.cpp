@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr double fullTurn = 6.283185307179586; // [rad]
@@ -101,3 +103,5 @@ QVector<MarkerSample> markersAt(const Scenario &scenario, double seconds)
     }
     return samples;
 }
+
+} // namespace backend

@@ -4,6 +4,8 @@
 
 #include "backend/scenario.h"
 
+namespace backend {
+
 /// One body in one frame.
 struct BodySample {
     int id = 0; ///< its row in a table of all bodies, a head target in front
@@ -29,3 +31,5 @@ QVector<BodySample> bodiesAt(const Scenario &scenario, double seconds);
 
 /// The markers that are seen at \a seconds.
 QVector<MarkerSample> markersAt(const Scenario &scenario, double seconds);
+
+} // namespace backend

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr double fullTurn = 6.283185307179586; // [rad]
@@ -45,3 +47,5 @@ double valueAt(const Ramp &ramp, double seconds, double low, double high)
 {
     return std::clamp(ramp.start + ramp.perMinute * seconds / 60.0, low, high);
 }
+
+} // namespace backend

@@ -4,8 +4,12 @@
 
 #include "backend/scenario.h"
 
+namespace backend {
+
 /// Where \a motion has taken its body \a seconds after the start, 0 or more.
 Pose poseAt(const Motion &motion, double seconds);
 
 /// The value of \a ramp at \a seconds, kept between \a low and \a high.
 double valueAt(const Ramp &ramp, double seconds, double low, double high);
+
+} // namespace backend

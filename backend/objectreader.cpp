@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr int longestWord = 60; // [bytes]
@@ -186,3 +188,5 @@ QString ObjectReader::pathOf(const QString &key) const
 {
     return path.isEmpty() ? key : path + QLatin1Char('.') + key;
 }
+
+} // namespace backend

@@ -11,6 +11,8 @@
 
 #include <optional>
 
+namespace backend {
+
 /// Reads the values of a JSON object strictly. A missing value, and one with a fault, is replaced by its fallback. The
 /// first fault is written to the error text, which names the path of the key; later ones are not.
 class ObjectReader {
@@ -50,3 +52,5 @@ private:
     QString *error;
     QSet<QString> known;
 };
+
+} // namespace backend

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "backend/outputlines.h"
 
+namespace backend {
+
 namespace {
 
 // The angles that a reader works out of the nine numbers must come out to a thousandth of a degree, also where the
@@ -78,3 +80,5 @@ QByteArray line3d(const QVector<MarkerSample> &markers)
     }
     return line;
 }
+
+} // namespace backend

@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr double degreesPerRadian = 57.29577951308232;
@@ -51,3 +53,5 @@ Vector3 eulerAngles(const Rotation &rotation)
     return {-std::atan2(rotation[7], rotation[8]) * degreesPerRadian, y,
             -std::atan2(rotation[3], rotation[0]) * degreesPerRadian};
 }
+
+} // namespace backend

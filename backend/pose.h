@@ -4,6 +4,8 @@
 
 #include <array>
 
+namespace backend {
+
 using Vector3 = std::array<double, 3>;
 
 /// A rotation matrix column by column: the first three numbers are the first column.
@@ -23,3 +25,5 @@ Rotation rotationOfQuaternion(const std::array<double, 4> &quaternion);
 
 /// The angles rx, ry, rz [deg] of which rotationOfAngles makes \a rotation; rz is 0 where ry is 90 or -90 degrees.
 Vector3 eulerAngles(const Rotation &rotation);
+
+} // namespace backend

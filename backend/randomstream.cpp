@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 /// Spreads every bit of \a value over all bits of the result.
@@ -38,3 +40,5 @@ std::optional<double> lostSince(const Dropouts &dropouts, quint32 seed, RandomSt
         return std::nullopt;
     return start;
 }
+
+} // namespace backend

@@ -4,6 +4,8 @@
 
 #include "backend/scenario.h"
 
+namespace backend {
+
 /// What is drawn at random, each from a sequence of its own.
 enum class RandomStream : quint64 { Body, Head, Sensor, MarkerLoss, MarkerPlace, Fault };
 
@@ -12,3 +14,5 @@ double uniform(quint32 seed, RandomStream stream, int which, quint64 index);
 
 /// The start [s] of the loss that \a seconds lies in; nothing: it is not lost then.
 std::optional<double> lostSince(const Dropouts &dropouts, quint32 seed, RandomStream stream, int which, double seconds);
+
+} // namespace backend

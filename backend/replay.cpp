@@ -7,6 +7,8 @@
 
 #include <QFileInfo>
 
+namespace backend {
+
 ScenarioResult replayScenario(const QStringList &fileNames)
 {
     ScenarioResult result;
@@ -36,3 +38,5 @@ ScenarioResult replayScenario(const QStringList &fileNames)
     result.scenario = std::move(scenario);
     return result;
 }
+
+} // namespace backend

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace backend {
+
 bool isAtLeast(const ProtocolVersion &version, int major, int minor)
 {
     return version.major > major || (version.major == major && version.minor >= minor);
@@ -25,3 +27,5 @@ bool isCustomPreset(const QByteArray &id)
 {
     return id.contains("preset6d_") && id.contains("_custom");
 }
+
+} // namespace backend

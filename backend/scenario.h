@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+namespace backend {
+
 class Trajectory;
 
 /// Something that is lost now and then: once in each window of \a period seconds, at a random offset.
@@ -170,3 +172,5 @@ QByteArray sensorText(const InertialSensor &sensor);
 
 /// Whether strength, prediction and mode of the preset \a id are the user's.
 bool isCustomPreset(const QByteArray &id);
+
+} // namespace backend

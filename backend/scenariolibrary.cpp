@@ -15,6 +15,8 @@ static void registerFiles()
     Q_INIT_RESOURCE(backend);
 }
 
+namespace backend {
+
 namespace {
 
 constexpr qint64 largestFile = 16777216; // [bytes]
@@ -75,3 +77,5 @@ ScenarioResult loadScenario(const QString &nameOrPath)
                        .arg(nameOrPath, names.join(QStringLiteral(", ")));
     return result;
 }
+
+} // namespace backend

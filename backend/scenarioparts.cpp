@@ -6,6 +6,8 @@
 #include "backend/texts.h"
 #include "backend/trajectory.h"
 
+namespace backend {
+
 namespace {
 
 constexpr double farthest = 1.0e6; // [mm]
@@ -188,3 +190,5 @@ void readMarkers(ObjectReader &reader, MarkerCloud &markers)
     markers.dropouts = readDropouts(*cloud);
     cloud->finish();
 }
+
+} // namespace backend

@@ -8,6 +8,8 @@
 #include <QDir>
 #include <QHash>
 
+namespace backend {
+
 /// Reads motions, and each trajectory file that they name once.
 class MotionReader {
 public:
@@ -41,3 +43,5 @@ FilterSettings readFilterSettings(ObjectReader &owner, const FilterOffer &filter
 
 /// Notes a fault when presets or modes are offered to bodies that don't exist.
 void checkFilterBodies(ObjectReader &reader, const Scenario &scenario);
+
+} // namespace backend

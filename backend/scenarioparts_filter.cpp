@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+namespace backend {
+
 namespace {
 
 constexpr double highestStrength = 1000.0;
@@ -174,3 +176,5 @@ void checkFilterBodies(ObjectReader &reader, const Scenario &scenario)
     for (const FilterMode &mode : scenario.filter.modes)
         check(mode.bodies);
 }
+
+} // namespace backend

@@ -8,6 +8,8 @@
 #include <QJsonDocument>
 #include <QRegularExpression>
 
+namespace backend {
+
 namespace {
 
 constexpr double slowest = 0.1; // [frames per second]
@@ -102,3 +104,5 @@ ScenarioResult readScenario(const QByteArray &json, const QString &fileName)
     result.scenario = std::move(scenario);
     return result;
 }
+
+} // namespace backend

@@ -4,6 +4,8 @@
 
 #include "backend/scenario.h"
 
+namespace backend {
+
 /// The names of the scenarios that come with the library, "default" first.
 QStringList scenarioNames();
 
@@ -16,3 +18,5 @@ ScenarioResult loadScenario(const QString &nameOrPath);
 /// Reads a scenario from its JSON text. \a fileName is named in errors, and files that the scenario names are looked
 /// for beside it. Strict: an unknown key, a wrong type and a value out of range are errors.
 ScenarioResult readScenario(const QByteArray &json, const QString &fileName);
+
+} // namespace backend

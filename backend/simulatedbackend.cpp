@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr int longestAnswer = 199; // [bytes]; readers keep 200 with the terminating zero
@@ -136,3 +138,5 @@ std::shared_ptr<const Scenario> SimulatedBackend::currentModel() const
     const std::lock_guard lock(modelMutex);
     return model;
 }
+
+} // namespace backend

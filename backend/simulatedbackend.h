@@ -9,6 +9,8 @@
 #include <memory>
 #include <mutex>
 
+namespace backend {
+
 /// A tracking backend that answers from a scenario. Commands change its copy of the scenario. The output is a function
 /// of scenario, seed and time alone. All operations may be called from any thread.
 class SimulatedBackend : public TrackingBackend {
@@ -43,3 +45,5 @@ private:
     mutable std::mutex modelMutex; // guards the pointer
     std::shared_ptr<const Scenario> model; // any thread; what it points to is replaced, never changed
 };
+
+} // namespace backend

@@ -4,7 +4,11 @@
 
 #include <QCoreApplication>
 
+namespace backend {
+
 /// The translation context of the texts for people.
 class Backend {
     Q_DECLARE_TR_FUNCTIONS(Backend)
 };
+
+} // namespace backend

@@ -9,6 +9,8 @@
 #include <chrono>
 #include <optional>
 
+namespace backend {
+
 /// Version of a backend. A patch of -1 is an unspecified patch level.
 struct ProtocolVersion {
     int major = 0;
@@ -44,3 +46,5 @@ public:
 private:
     Q_DISABLE_COPY(TrackingBackend)
 };
+
+} // namespace backend

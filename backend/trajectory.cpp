@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cmath>
 
+namespace backend {
+
 namespace {
 
 constexpr int fieldCount = 8;
@@ -160,3 +162,5 @@ TrajectoryResult loadTrajectory(const QString &fileName)
         result.trajectory = std::make_shared<const Trajectory>(std::move(samples));
     return result;
 }
+
+} // namespace backend

@@ -9,6 +9,8 @@
 
 #include <memory>
 
+namespace backend {
+
 /// A recorded motion of one body. Sampled by time; it is repeated from the start when it is over.
 class Trajectory {
 public:
@@ -54,3 +56,5 @@ struct TrajectoryResult {
 /// no finite number, a place more than 1000 km away, a time that does not increase or a quaternion of length 0 is
 /// skipped and reported. Quaternions are normalised; a denormal length counts as 0.
 TrajectoryResult loadTrajectory(const QString &fileName);
+
+} // namespace backend

@@ -8,6 +8,8 @@
 
 #include <QByteArrayList>
 
+using namespace backend;
+
 namespace {
 
 constexpr int longestAnswer = 199; // [bytes]

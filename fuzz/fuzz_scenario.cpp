@@ -7,6 +7,8 @@
 
 #include <QJsonDocument>
 
+using namespace backend;
+
 namespace {
 
 const QString fileName = QStringLiteral("/nonexistent/fuzz.json");

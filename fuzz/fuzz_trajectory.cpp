@@ -9,6 +9,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace backend;
+
 namespace {
 
 constexpr double farthest = 1.0e9; // [mm]

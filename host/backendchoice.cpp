@@ -8,23 +8,28 @@
 
 #include <utility>
 
+namespace host {
+
 BackendResult makeBackend(const BackendChoice &choice, const BackendSettings &settings)
 {
-    ScenarioResult loaded =
-        choice.replayFiles.isEmpty() ? loadScenario(choice.scenario) : replayScenario(choice.replayFiles);
+    backend::ScenarioResult loaded = choice.replayFiles.isEmpty() ? backend::loadScenario(choice.scenario)
+                                                                  : backend::replayScenario(choice.replayFiles);
     BackendResult result;
     result.error = loaded.error;
     result.warnings = loaded.warnings;
     if (!loaded.scenario)
         return result;
-    Scenario scenario = *std::move(loaded.scenario);
+    backend::Scenario scenario = *std::move(loaded.scenario);
     scenario.rate = settings.rate.value_or(scenario.rate);
     scenario.version = settings.version.value_or(scenario.version);
     const quint32 seed = scenario.seed;
-    auto simulated = std::make_unique<SimulatedBackend>(std::move(scenario));
+    auto simulated = std::make_unique<backend::SimulatedBackend>(std::move(scenario));
     if (settings.faults.isEmpty() && settings.latency.count() == 0)
         result.backend = std::move(simulated);
     else
-        result.backend = std::make_shared<FaultyBackend>(std::move(simulated), settings.faults, settings.latency, seed);
+        result.backend =
+            std::make_shared<backend::FaultyBackend>(std::move(simulated), settings.faults, settings.latency, seed);
     return result;
 }
+
+} // namespace host

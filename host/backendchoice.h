@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+namespace host {
+
 /// What the operator wants to be connected to: a scenario, or trajectory files to replay.
 struct BackendChoice {
     QString scenario; ///< name of a shipped one or path of a file; without meaning when there are files to replay
@@ -22,16 +24,18 @@ struct BackendChoice {
 /// What applies to every backend that is chosen.
 struct BackendSettings {
     std::optional<double> rate; ///< frames per second in place of the scenario's
-    std::optional<ProtocolVersion> version; ///< in place of the scenario's
-    QVector<FaultRule> faults;
+    std::optional<backend::ProtocolVersion> version; ///< in place of the scenario's
+    QVector<backend::FaultRule> faults;
     std::chrono::milliseconds latency{0};
 };
 
 /// What came of a choice. Without a backend, error says why.
 struct BackendResult {
-    std::shared_ptr<TrackingBackend> backend;
+    std::shared_ptr<backend::TrackingBackend> backend;
     QString error; ///< names the file and the line or the key
     QStringList warnings; ///< such as skipped lines of a trajectory file
 };
 
 BackendResult makeBackend(const BackendChoice &choice, const BackendSettings &settings);
+
+} // namespace host

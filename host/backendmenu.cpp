@@ -12,6 +12,8 @@
 
 #include <utility>
 
+namespace host {
+
 BackendMenu::BackendMenu(BackendSession &backendSession, HostLog &hostLog, BackendSettings backendSettings,
                          QWidget *parent)
     : QMenu(tr("&Backend"), parent)
@@ -62,13 +64,13 @@ void BackendMenu::addScenarios()
     menu->setToolTipsVisible(true);
     scenarios = new QActionGroup(this);
     scenarios->setExclusionPolicy(QActionGroup::ExclusionPolicy::ExclusiveOptional);
-    const QStringList names = scenarioNames();
+    const QStringList names = backend::scenarioNames();
     for (const QString &name : names) {
         QAction *action = menu->addAction(name);
         action->setCheckable(true);
         action->setData(name);
-        action->setToolTip(scenarioDescription(name));
-        action->setStatusTip(scenarioDescription(name));
+        action->setToolTip(backend::scenarioDescription(name));
+        action->setStatusTip(backend::scenarioDescription(name));
         scenarios->addAction(action);
         connect(action, &QAction::triggered, this, [this, name] { choose({name, {}}); });
     }
@@ -102,3 +104,5 @@ void BackendMenu::updateActions()
     for (QAction *action : actions)
         action->setChecked(current.replayFiles.isEmpty() && action->data() == current.scenario);
 }
+
+} // namespace host

@@ -6,9 +6,12 @@
 
 #include <QMenu>
 
+class QActionGroup;
+
+namespace host {
+
 class BackendSession;
 class HostLog;
-class QActionGroup;
 
 /// The menu "&Backend": disconnect, connect again, and choose what to be connected to while the program runs.
 class BackendMenu : public QMenu {
@@ -40,3 +43,5 @@ private:
     QActionGroup *scenarios = nullptr;
     BackendChoice current;
 };
+
+} // namespace host

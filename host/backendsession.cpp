@@ -8,9 +8,11 @@
 
 #include <utility>
 
+namespace host {
+
 namespace {
 
-QString versionText(const ProtocolVersion &version)
+QString versionText(const backend::ProtocolVersion &version)
 {
     const QString text = QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
     return version.patch < 0 ? text : QStringLiteral("%1.%2").arg(text).arg(version.patch);
@@ -28,7 +30,7 @@ BackendSession::BackendSession(HostIOManager &manager, BackendVersions &record, 
 
 BackendSession::~BackendSession() = default;
 
-void BackendSession::open(std::shared_ptr<TrackingBackend> newBackend)
+void BackendSession::open(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
     disconnectBackend();
     backend = std::move(newBackend);
@@ -43,7 +45,7 @@ void BackendSession::start()
         output.start(backend, epoch);
 }
 
-void BackendSession::change(std::shared_ptr<TrackingBackend> newBackend)
+void BackendSession::change(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
     open(std::move(newBackend));
     start();
@@ -83,7 +85,7 @@ QString BackendSession::backendName() const
 void BackendSession::openChannel()
 {
     // The record comes first: modules read it while they ask the backend for its configuration.
-    const ProtocolVersion version = backend->version();
+    const backend::ProtocolVersion version = backend->version();
     versions.backendMajor = version.major;
     versions.backendMinor = version.minor;
     versions.backendPatch = version.patch;
@@ -92,3 +94,5 @@ void BackendSession::openChannel()
     log.info(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
     emit connectionChanged();
 }
+
+} // namespace host

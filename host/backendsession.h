@@ -9,9 +9,14 @@
 
 #include <memory>
 
+namespace backend {
+class TrackingBackend;
+} // namespace backend
+
+namespace host {
+
 class HostIOManager;
 class HostLog;
-class TrackingBackend;
 
 /// The connection to the backend: opened and closed in the order that modules rely on. GUI thread.
 class BackendSession : public QObject {
@@ -23,11 +28,11 @@ public:
 
     /// Takes \a newBackend in place of the one before: clears the data, fills in the versions, opens the command
     /// channel. Lines flow after start() only, so that modules can be loaded in between.
-    void open(std::shared_ptr<TrackingBackend> newBackend);
+    void open(std::shared_ptr<backend::TrackingBackend> newBackend);
     /// Tells all requesters to read the configuration and lets the lines flow.
     void start();
     /// The same as open() and start(), for a backend that is chosen while modules run.
-    void change(std::shared_ptr<TrackingBackend> newBackend);
+    void change(std::shared_ptr<backend::TrackingBackend> newBackend);
     /// Connects again to the backend that was disconnected; its clock has not stopped meanwhile.
     void reconnect();
     void disconnectBackend();
@@ -47,8 +52,10 @@ private:
     HostIOManager &ioManager;
     BackendVersions &versions;
     HostLog &log;
-    std::shared_ptr<TrackingBackend> backend;
+    std::shared_ptr<backend::TrackingBackend> backend;
     OutputThread::Clock::time_point epoch; // the start of the backend's clock
     bool connected = false;
     OutputThread output;
 };
+
+} // namespace host

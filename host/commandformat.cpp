@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <memory>
 
+namespace host {
+
 namespace {
 
 /// Puts this thread into the C locale for the scope, and leaves the locale of the others alone.
@@ -42,3 +44,5 @@ QByteArray formatCommand(const char *format, va_list values)
     const std::unique_ptr<char, decltype(&std::free)> owner(buffer, &std::free);
     return {buffer, length};
 }
+
+} // namespace host

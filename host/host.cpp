@@ -12,6 +12,8 @@
 #include <cstdio>
 #include <utility>
 
+namespace host {
+
 namespace {
 
 constexpr int screenshotFailed = 1;
@@ -36,7 +38,7 @@ QTimer *startOnce(QObject *parent, std::chrono::milliseconds delay)
 
 } // namespace
 
-Host::Host(HostOptions hostOptions, std::shared_ptr<TrackingBackend> backend, const QStringList &moduleFolders)
+Host::Host(HostOptions hostOptions, std::shared_ptr<backend::TrackingBackend> backend, const QStringList &moduleFolders)
     : options(std::move(hostOptions))
     , versions(ownVersions())
     , ioManager(hostLog)
@@ -105,3 +107,5 @@ void Host::takeScreenshot()
     pictureSaved = mainWindow.grab().save(options.screenshotFile, "PNG");
     QCoreApplication::quit();
 }
+
+} // namespace host

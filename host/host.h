@@ -14,6 +14,8 @@
 
 #include <memory>
 
+namespace host {
+
 /// The whole program behind its command line: starts log, command channel, window, modules and output in the order
 /// that modules rely on, and shuts them down in reverse order. GUI thread.
 class Host {
@@ -21,7 +23,7 @@ class Host {
 
 public:
     /// \a backend is what the options chose; modules are looked for in \a moduleFolders.
-    Host(HostOptions hostOptions, std::shared_ptr<TrackingBackend> backend, const QStringList &moduleFolders);
+    Host(HostOptions hostOptions, std::shared_ptr<backend::TrackingBackend> backend, const QStringList &moduleFolders);
     /// Shuts everything down if shutDown() has not done so.
     ~Host();
 
@@ -53,3 +55,5 @@ private:
     bool isDown = false;
     bool pictureSaved = false;
 };
+
+} // namespace host

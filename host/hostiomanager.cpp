@@ -13,6 +13,8 @@
 #include <cstring>
 #include <vector>
 
+namespace host {
+
 // The variable arguments must be read by the function that received them.
 #define FORMAT_ARGUMENTS(text, format)                                                                                 \
     va_list values;                                                                                                    \
@@ -119,7 +121,7 @@ int HostIOManager::requestDoubles(double *answers, qint32 count, const char *for
 int HostIOManager::sendCommand(const char *format, ...)
 {
     FORMAT_ARGUMENTS(command, format);
-    const std::shared_ptr<TrackingBackend> target = connectedBackend();
+    const std::shared_ptr<backend::TrackingBackend> target = connectedBackend();
     if (target && target->command(command))
         return 0;
     const QString reason = target ? tr("The backend refused the command \"%1\".")
@@ -155,7 +157,7 @@ void HostIOManager::logMessage(const char *category, const char *sender, qint32 
     log.add(level, QString::fromLatin1(category), QString::fromLatin1(sender), QString::fromLatin1(text));
 }
 
-void HostIOManager::setBackend(std::shared_ptr<TrackingBackend> newBackend)
+void HostIOManager::setBackend(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
     const std::lock_guard lock(backendMutex);
     backend.swap(newBackend); // the old one is destroyed with the argument, after the lock
@@ -179,7 +181,7 @@ void HostIOManager::announceDisconnect()
 
 std::optional<QByteArray> HostIOManager::ask(const QByteArray &query)
 {
-    const std::shared_ptr<TrackingBackend> source = connectedBackend();
+    const std::shared_ptr<backend::TrackingBackend> source = connectedBackend();
     if (!source) {
         log.warning(tr("No backend is connected to answer \"%1\".").arg(QString::fromUtf8(query)));
         return std::nullopt;
@@ -197,8 +199,10 @@ int HostIOManager::refuse(const QByteArray &query, const QByteArray &answer)
     return failed;
 }
 
-std::shared_ptr<TrackingBackend> HostIOManager::connectedBackend()
+std::shared_ptr<backend::TrackingBackend> HostIOManager::connectedBackend()
 {
     const std::lock_guard lock(backendMutex);
     return backend;
 }
+
+} // namespace host

@@ -12,8 +12,13 @@
 #include <mutex>
 #include <optional>
 
-class HostLog;
+namespace backend {
 class TrackingBackend;
+} // namespace backend
+
+namespace host {
+
+class HostLog;
 
 /// The host's side of the command channel. Queries and commands go to the backend that is connected; without one they
 /// all fail. Every failure is logged with its text. The log must outlive this object.
@@ -54,7 +59,7 @@ public:
     void logMessage(const char *category, const char *sender, qint32 level, const char *text) override;
 
     /// Connects \a backend, or none. Any thread.
-    void setBackend(std::shared_ptr<TrackingBackend> backend);
+    void setBackend(std::shared_ptr<backend::TrackingBackend> backend);
     OutputSubscriptions &subscriptions() { return outputSubscriptions; }
 
     /// Calls configurationChanged of every requester. GUI thread.
@@ -65,10 +70,12 @@ public:
 private:
     std::optional<QByteArray> ask(const QByteArray &query);
     int refuse(const QByteArray &query, const QByteArray &answer);
-    std::shared_ptr<TrackingBackend> connectedBackend();
+    std::shared_ptr<backend::TrackingBackend> connectedBackend();
 
     HostLog &log;
     OutputSubscriptions outputSubscriptions;
     std::mutex backendMutex; // guards the pointer; not held while the backend works
-    std::shared_ptr<TrackingBackend> backend;
+    std::shared_ptr<backend::TrackingBackend> backend;
 };
+
+} // namespace host

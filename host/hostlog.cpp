@@ -4,6 +4,8 @@
 
 #include <utility>
 
+namespace host {
+
 namespace {
 
 const QLatin1String hostCategory("host");
@@ -61,3 +63,5 @@ void HostLog::flush()
     for (const LogEntry &entry : entries)
         emit entryAdded(entry);
 }
+
+} // namespace host

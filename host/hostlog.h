@@ -9,6 +9,8 @@
 #include <deque>
 #include <mutex>
 
+namespace host {
+
 /// One entry of the host's log. A level of 0 is information, 1 and above is a failure or a warning.
 struct LogEntry {
     QDateTime time;
@@ -36,7 +38,7 @@ public:
     void warning(const QString &text);
 
 signals:
-    void entryAdded(const LogEntry &entry); ///< on the log's thread, in the order of the entries
+    void entryAdded(const host::LogEntry &entry); ///< on the log's thread, in the order of the entries
     void entriesWaiting(); ///< from any thread, for this object alone
 
 private:
@@ -48,3 +50,5 @@ private:
     std::size_t dropped = 0;
     bool flushIsDue = false;
 };
+
+} // namespace host

@@ -8,6 +8,8 @@
 #include <QVariant>
 #include <QWidget>
 
+namespace host {
+
 std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entries)
 {
     std::optional<PanelLineCounts> total;
@@ -49,3 +51,5 @@ QString LineAccount::text(const OutputThread::Counts &counts, const std::optiona
         parts << tr("%1 frames left out because the host was late").arg(counts.skippedFrames);
     return tr("lines: %1").arg(parts.join(QStringLiteral(", ")));
 }
+
+} // namespace host

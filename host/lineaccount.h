@@ -12,6 +12,8 @@
 
 struct ModuleEntry;
 
+namespace host {
+
 /// What panels report about the lines they were given.
 struct PanelLineCounts {
     quint64 stored = 0;
@@ -32,3 +34,5 @@ public:
     /// One line, which says so when the numbers do not add up.
     static QString text(const OutputThread::Counts &counts, const std::optional<PanelLineCounts> &panels);
 };
+
+} // namespace host

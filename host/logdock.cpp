@@ -7,6 +7,8 @@
 #include <QAction>
 #include <QPlainTextEdit>
 
+namespace host {
+
 LogDock::LogDock(QWidget *parent)
     : QDockWidget(tr("Log"), parent)
     , view(new QPlainTextEdit)
@@ -31,3 +33,5 @@ void LogDock::append(const LogEntry &entry)
     const QString time = entry.time.toString(QStringLiteral("hh:mm:ss.zzz"));
     view->appendPlainText(QStringLiteral("%1  %2  %3  %4").arg(time, QString::number(entry.level), entry.sender, text));
 }
+
+} // namespace host

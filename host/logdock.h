@@ -5,6 +5,9 @@
 #include <QDockWidget>
 
 class QPlainTextEdit;
+
+namespace host {
+
 struct LogEntry;
 
 /// The host's log as plain text, one line per entry; the oldest lines are dropped when there are too many.
@@ -21,3 +24,5 @@ public:
 private:
     QPlainTextEdit *view = nullptr;
 };
+
+} // namespace host

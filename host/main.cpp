@@ -26,28 +26,28 @@ int main(int argc, char **argv)
         // Texts are printed without a display, so that --help works on a server. Complaints wait for the application
         // with a display, which takes Qt's own options such as -platform out of the arguments.
         const QCoreApplication withoutDisplay(argc, argv);
-        const OptionsResult result = OptionsResult::read(QCoreApplication::arguments());
-        if (result.kind == OptionsResult::Kind::Answer) {
+        const host::OptionsResult result = host::OptionsResult::read(QCoreApplication::arguments());
+        if (result.kind == host::OptionsResult::Kind::Answer) {
             print(stdout, result.text);
             return 0;
         }
     }
     const QApplication application(argc, argv);
-    const OptionsResult result = OptionsResult::read(QCoreApplication::arguments());
-    if (result.kind == OptionsResult::Kind::Answer) {
+    const host::OptionsResult result = host::OptionsResult::read(QCoreApplication::arguments());
+    if (result.kind == host::OptionsResult::Kind::Answer) {
         print(stdout, result.text);
         return 0;
     }
-    if (result.kind == OptionsResult::Kind::Error) {
+    if (result.kind == host::OptionsResult::Kind::Error) {
         print(stderr, result.text);
         return badInput;
     }
-    const BackendResult made = makeBackend(result.options.choice, result.options.settings);
+    const host::BackendResult made = host::makeBackend(result.options.choice, result.options.settings);
     for (const QString &warning : made.warnings)
         print(stderr, warning);
     if (!made.backend) {
         print(stderr, made.error);
         return badInput;
     }
-    return Host(result.options, made.backend, ModuleLoader::folders(result.options.modulesFolder)).run();
+    return host::Host(result.options, made.backend, host::ModuleLoader::folders(result.options.modulesFolder)).run();
 }

@@ -20,6 +20,8 @@
 #include <QTimer>
 #include <QWhatsThis>
 
+namespace host {
+
 namespace {
 
 const QLatin1String geometryKey("window/geometry");
@@ -219,3 +221,5 @@ void MainWindow::showAbout()
                        tr("%1 %2\n\nRuns display modules on a simulated or recorded tracking backend.")
                            .arg(QApplication::applicationDisplayName(), QApplication::applicationVersion()));
 }
+
+} // namespace host

@@ -9,12 +9,15 @@
 #include <QMainWindow>
 #include <QPointer>
 
+class QLabel;
+struct ModuleEntry;
+
+namespace host {
+
 class BackendMenu;
 class BackendSession;
 class HostLog;
 class LogDock;
-class QLabel;
-struct ModuleEntry;
 
 /// The main window: menus, status bar, log, and the docks of the modules.
 class MainWindow : public QMainWindow {
@@ -60,3 +63,5 @@ private:
     QElapsedTimer rateClock;
     quint64 sentBefore = 0; // at the start of rateClock
 };
+
+} // namespace host

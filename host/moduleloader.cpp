@@ -16,6 +16,8 @@
 #include <iterator>
 #include <tuple>
 
+namespace host {
+
 namespace {
 
 const QLatin1String iidPrefix("com.zel.Vornak2.");
@@ -138,3 +140,5 @@ bool ModuleLoader::isWanted(const QPluginLoader &loader, QString *iid)
         log.info(tr("%1 is left alone: a module of its kind is loaded already.").arg(path));
     return !known;
 }
+
+} // namespace host

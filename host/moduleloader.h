@@ -13,11 +13,14 @@
 #include <memory>
 #include <vector>
 
-class HostLog;
 class IOManager;
 class ModuleInterface;
 class QWidget;
 struct ModuleEntry;
+
+namespace host {
+
+class HostLog;
 
 /// The host's objects that modules are given. They outlive the modules.
 struct HostObjects {
@@ -70,3 +73,5 @@ private:
     QList<ModuleEntry *> sortedEntries; // owned by the modules
     bool warned = false; // aboutToUnload() was called
 };
+
+} // namespace host

@@ -7,6 +7,8 @@
 #include <QCommandLineParser>
 #include <QRegularExpression>
 
+namespace host {
+
 namespace {
 
 const QLatin1String simulateName("simulate");
@@ -69,7 +71,7 @@ public:
         return std::nullopt;
     }
 
-    std::optional<ProtocolVersion> version(const QCommandLineOption &option)
+    std::optional<backend::ProtocolVersion> version(const QCommandLineOption &option)
     {
         if (!parser.isSet(option))
             return std::nullopt;
@@ -77,20 +79,20 @@ public:
         const QRegularExpressionMatch match = threeNumbers.match(parser.value(option));
         if (match.hasMatch()) {
             const QString patch = match.captured(3);
-            return ProtocolVersion{match.captured(1).toInt(), match.captured(2).toInt(),
-                                   patch.isEmpty() ? -1 : patch.toInt()};
+            return backend::ProtocolVersion{match.captured(1).toInt(), match.captured(2).toInt(),
+                                            patch.isEmpty() ? -1 : patch.toInt()};
         }
         complain(tr("--%1 takes a version such as 1.21.0, not \"%2\".")
                      .arg(option.names().constLast(), parser.value(option)));
         return std::nullopt;
     }
 
-    QVector<FaultRule> faults(const QCommandLineOption &option)
+    QVector<backend::FaultRule> faults(const QCommandLineOption &option)
     {
-        QVector<FaultRule> rules;
+        QVector<backend::FaultRule> rules;
         const QStringList texts = parser.values(option);
         for (const QString &text : texts) {
-            if (const std::optional<FaultRule> rule = parseFaultRule(text))
+            if (const std::optional<backend::FaultRule> rule = backend::parseFaultRule(text))
                 rules.append(*rule);
             else
                 complain(tr("--%1 takes a pattern, or a pattern and a rate from 0 to 1, not \"%2\".")
@@ -115,9 +117,9 @@ private:
 QString scenarioList()
 {
     QStringList lines;
-    const QStringList names = scenarioNames();
+    const QStringList names = backend::scenarioNames();
     for (const QString &name : names)
-        lines << QStringLiteral("%1  %2").arg(name, -16).arg(scenarioDescription(name));
+        lines << QStringLiteral("%1  %2").arg(name, -16).arg(backend::scenarioDescription(name));
     return lines.join(QLatin1Char('\n'));
 }
 
@@ -226,3 +228,5 @@ OptionsResult OptionsResult::read(const QStringList &arguments)
         return {Kind::Error, {}, values.firstComplaint()};
     return {Kind::Run, options, {}};
 }
+
+} // namespace host

@@ -11,6 +11,8 @@
 #include <chrono>
 #include <optional>
 
+namespace host {
+
 /// What the command line asks for.
 struct HostOptions {
     BackendChoice choice;
@@ -36,3 +38,5 @@ public:
     /// \a arguments start with the name of the program. There must be an application object.
     static OptionsResult read(const QStringList &arguments);
 };
+
+} // namespace host

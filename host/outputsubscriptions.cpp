@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+namespace host {
+
 void OutputSubscriptions::add(Requester *requester)
 {
     const std::lock_guard lock(mutex);
@@ -63,7 +65,7 @@ std::vector<Requester *> OutputSubscriptions::all() const
     return requesters;
 }
 
-OutputSubscriptions::Delivered OutputSubscriptions::deliver(const OutputLine &line)
+OutputSubscriptions::Delivered OutputSubscriptions::deliver(const backend::OutputLine &line)
 {
     Delivered delivered;
     for (Requester *requester : subscribersOf(line.tag)) {
@@ -118,3 +120,5 @@ void OutputSubscriptions::leave()
     }
     left.notify_all();
 }
+
+} // namespace host

@@ -10,7 +10,12 @@
 #include <vector>
 
 class Requester;
+
+namespace backend {
 struct OutputLine;
+} // namespace backend
+
+namespace host {
 
 /// Who gets which lines. Requesters come and go on the GUI thread while the data thread delivers. No lock is held
 /// while a requester is called, so that it may come back to this object from there.
@@ -38,7 +43,7 @@ public:
     std::vector<Requester *> all() const;
 
     /// Hands \a line to all requesters of its tag. One thread at a time.
-    Delivered deliver(const OutputLine &line);
+    Delivered deliver(const backend::OutputLine &line);
 
 private:
     struct Subscriber {
@@ -58,3 +63,5 @@ private:
     const QByteArray *runningTag = nullptr;
     std::thread::id runningThread;
 };
+
+} // namespace host

@@ -9,6 +9,8 @@
 #include <cmath>
 #include <utility>
 
+namespace host {
+
 namespace {
 
 using Nanoseconds = std::chrono::nanoseconds;
@@ -36,7 +38,7 @@ OutputThread::~OutputThread()
     stop();
 }
 
-void OutputThread::start(std::shared_ptr<const TrackingBackend> backend, Clock::time_point epoch)
+void OutputThread::start(std::shared_ptr<const backend::TrackingBackend> backend, Clock::time_point epoch)
 {
     stop();
     thread = std::thread([this, epoch, source = std::move(backend)] { run(*source, epoch); });
@@ -60,7 +62,7 @@ OutputThread::Counts OutputThread::counts() const
     return {sent.load(), refused.load(), skippedFrames.load()};
 }
 
-void OutputThread::run(const TrackingBackend &backend, Clock::time_point epoch)
+void OutputThread::run(const backend::TrackingBackend &backend, Clock::time_point epoch)
 {
     const double rate = backend.frameRate();
     const qint64 catchUp = std::max<qint64>(1, std::llround(rate));
@@ -84,12 +86,14 @@ bool OutputThread::waitUntil(Clock::time_point deadline)
     return !stopped.wait_until(lock, deadline, [this] { return stopping; });
 }
 
-void OutputThread::deliverFrame(const TrackingBackend &backend, Nanoseconds time)
+void OutputThread::deliverFrame(const backend::TrackingBackend &backend, Nanoseconds time)
 {
-    const QVector<OutputLine> lines = backend.linesAt(time);
-    for (const OutputLine &line : lines) {
+    const QVector<backend::OutputLine> lines = backend.linesAt(time);
+    for (const backend::OutputLine &line : lines) {
         const OutputSubscriptions::Delivered delivered = subscriptions.deliver(line);
         sent += delivered.sent;
         refused += delivered.refused;
     }
 }
+
+} // namespace host

@@ -11,8 +11,13 @@
 #include <mutex>
 #include <thread>
 
-class OutputSubscriptions;
+namespace backend {
 class TrackingBackend;
+} // namespace backend
+
+namespace host {
+
+class OutputSubscriptions;
 
 /// The data thread: hands the backend's lines to the requesters, frame by frame at the backend's rate. Every frame has
 /// a deadline counted from the start of the backend's clock, so a late frame does not delay the ones after it.
@@ -33,7 +38,7 @@ public:
     ~OutputThread();
 
     /// Delivers the frames of \a backend from now on; frame 0 was due at \a epoch. Stops what ran before.
-    void start(std::shared_ptr<const TrackingBackend> backend, Clock::time_point epoch);
+    void start(std::shared_ptr<const backend::TrackingBackend> backend, Clock::time_point epoch);
     /// When it returns, no line is delivered any more. Not to be called from a requester's processOutput.
     void stop();
 
@@ -42,9 +47,9 @@ public:
 private:
     Q_DISABLE_COPY(OutputThread)
 
-    void run(const TrackingBackend &backend, Clock::time_point epoch);
+    void run(const backend::TrackingBackend &backend, Clock::time_point epoch);
     bool waitUntil(Clock::time_point deadline);
-    void deliverFrame(const TrackingBackend &backend, std::chrono::nanoseconds time);
+    void deliverFrame(const backend::TrackingBackend &backend, std::chrono::nanoseconds time);
 
     OutputSubscriptions &subscriptions;
     std::thread thread; // GUI thread starts and joins
@@ -55,3 +60,5 @@ private:
     std::atomic<quint64> refused{0};
     std::atomic<quint64> skippedFrames{0};
 };
+
+} // namespace host

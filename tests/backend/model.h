@@ -5,9 +5,9 @@
 #include "backend/scenario.h"
 
 /// Two presets, a custom one and a hybrid custom one; two modes. Body 2 and the wandor are not offered all of them.
-inline FilterOffer filterModel()
+inline backend::FilterOffer filterModel()
 {
-    FilterOffer filter;
+    backend::FilterOffer filter;
     filter.standard = true;
     filter.wandor = true;
     filter.strengthMin = 0.01;
@@ -25,13 +25,13 @@ inline FilterOffer filterModel()
 
 /// A scenario that has something of everything: three bodies (the third neither calibrated nor active), two head
 /// targets (the second one in use), two wandors, three sensors.
-inline Scenario everything()
+inline backend::Scenario everything()
 {
-    Scenario scenario;
+    backend::Scenario scenario;
     scenario.name = QStringLiteral("simulation: everything");
     scenario.version = {2, 0, 0};
     scenario.filter = filterModel();
-    const FilterSettings settings{true, "preset6d_custom", 0.25, 0.033, "mode_static"};
+    const backend::FilterSettings settings{true, "preset6d_custom", 0.25, 0.033, "mode_static"};
     scenario.bodies.resize(3);
     scenario.bodies[0].name = QStringLiteral("Left \"hand\"");
     scenario.bodies[0].filter = settings;
@@ -58,7 +58,7 @@ inline Scenario everything()
     return scenario;
 }
 
-inline Scenario withVersion(Scenario scenario, const ProtocolVersion &version)
+inline backend::Scenario withVersion(backend::Scenario scenario, const backend::ProtocolVersion &version)
 {
     scenario.version = version;
     return scenario;

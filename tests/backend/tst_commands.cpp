@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+using namespace backend;
+
 class TestCommands : public QObject {
     Q_OBJECT
 

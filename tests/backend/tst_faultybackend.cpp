@@ -6,6 +6,8 @@
 
 #include <QtTest>
 
+using namespace backend;
+
 using namespace std::chrono_literals;
 
 class TestFaultyBackend : public QObject {

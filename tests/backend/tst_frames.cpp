@@ -9,6 +9,8 @@
 
 #include <cmath>
 
+using namespace backend;
+
 class TestFrames : public QObject {
     Q_OBJECT
 

@@ -14,6 +14,8 @@
 #include <memory>
 #include <thread>
 
+using namespace backend;
+
 using namespace std::chrono_literals;
 
 class TestOutputLines : public QObject {

@@ -5,6 +5,8 @@
 
 #include <QtTest>
 
+using namespace backend;
+
 Q_DECLARE_METATYPE(ProtocolVersion)
 
 using namespace std::chrono_literals;

@@ -6,6 +6,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace backend;
+
 class TestScenarioReader : public QObject {
     Q_OBJECT
 

@@ -11,6 +11,8 @@
 
 #include <algorithm>
 
+using namespace backend;
+
 using namespace std::chrono_literals;
 
 class TestScenarios : public QObject {

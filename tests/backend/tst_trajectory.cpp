@@ -7,6 +7,8 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+using namespace backend;
+
 class TestTrajectory : public QObject {
     Q_OBJECT
 

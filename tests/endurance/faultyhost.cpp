@@ -36,7 +36,7 @@ int FaultyHost::requestString(char *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestString(answer, "%s", command.constData());
@@ -48,7 +48,7 @@ int FaultyHost::requestInt(qint32 *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestInt(answer, "%s", command.constData());
@@ -60,7 +60,7 @@ int FaultyHost::requestDouble(double *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestDouble(answer, "%s", command.constData());
@@ -72,7 +72,7 @@ int FaultyHost::requestBool(bool *answer, const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestBool(answer, "%s", command.constData());
@@ -84,7 +84,7 @@ int FaultyHost::requestDoubles(double *answers, qint32 answerCount, const char *
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.requestDoubles(answers, answerCount, "%s", command.constData());
@@ -96,7 +96,7 @@ int FaultyHost::sendCommand(const char *format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     va_end(arguments);
     if (!isToFail(command))
         return inner.sendCommand("%s", command.constData());

@@ -11,10 +11,10 @@
 #include <mutex>
 
 /// A backend with answers from a table, which notes what it was asked and told.
-class FakeBackend : public TrackingBackend {
+class FakeBackend : public backend::TrackingBackend {
 public:
     QString name() const override { return backendName; }
-    ProtocolVersion version() const override { return backendVersion; }
+    backend::ProtocolVersion version() const override { return backendVersion; }
     double frameRate() const override { return rate; }
 
     std::optional<QByteArray> request(const QByteArray &query) override
@@ -33,10 +33,10 @@ public:
     }
 
     /// One line of each tag that says which frame it belongs to.
-    QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const override
+    QVector<backend::OutputLine> linesAt(std::chrono::nanoseconds time) const override
     {
         const auto frame = static_cast<qint64>(static_cast<double>(time.count()) * 1e-9 * rate);
-        QVector<OutputLine> lines;
+        QVector<backend::OutputLine> lines;
         for (const QByteArray &tag : tags)
             lines.append({tag, tag + ' ' + QByteArray::number(frame)});
         return lines;
@@ -50,7 +50,7 @@ public:
 
     // Set before the backend is used.
     QString backendName = QStringLiteral("fake");
-    ProtocolVersion backendVersion{1, 21, 3};
+    backend::ProtocolVersion backendVersion{1, 21, 3};
     double rate = 1000.0;
     QByteArrayList tags{"6d", "3d"};
     QHash<QByteArray, QByteArray> answers;

@@ -11,6 +11,9 @@
 
 #include <memory>
 
+using namespace backend;
+using namespace host;
+
 /// Notes, with each call of the host, what the host's version record and command channel say at that moment.
 class Observer : public FakeRequester {
 public:

@@ -22,6 +22,9 @@
 
 #include <functional>
 
+using namespace backend;
+using namespace host;
+
 namespace {
 
 constexpr int filterColumn = 2;

@@ -22,6 +22,9 @@
 
 #include <memory>
 
+using namespace backend;
+using namespace host;
+
 /// The whole program with the test module, in this process.
 class HostTest : public QObject {
     Q_OBJECT

@@ -13,6 +13,9 @@
 #include <cmath>
 #include <cstring>
 
+using namespace backend;
+using namespace host;
+
 Q_DECLARE_METATYPE(LogEntry)
 
 /// A command channel on a backend with answers from a table.
@@ -56,7 +59,7 @@ private:
 
 void HostIOManagerTest::initTestCase()
 {
-    qRegisterMetaType<LogEntry>("LogEntry");
+    qRegisterMetaType<LogEntry>("host::LogEntry");
 }
 
 void HostIOManagerTest::init()

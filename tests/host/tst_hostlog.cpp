@@ -11,17 +11,19 @@
 #include <thread>
 #include <vector>
 
+using namespace host;
+
 Q_DECLARE_METATYPE(LogEntry)
 
 class HostLogTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void handsOutOnItsOwnThreadInOrder();
+    void flushesOnItsOwnThreadInOrder();
     void dropsTheOldestWhenTheyComeTooFast();
 };
 
-void HostLogTest::handsOutOnItsOwnThreadInOrder()
+void HostLogTest::flushesOnItsOwnThreadInOrder()
 {
     constexpr int threads = 4;
     constexpr int entriesOfEach = 50;

@@ -5,6 +5,9 @@
 
 #include <QTest>
 
+using namespace backend;
+using namespace host;
+
 using Kind = OptionsResult::Kind;
 
 Q_DECLARE_METATYPE(OptionsResult::Kind)

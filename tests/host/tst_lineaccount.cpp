@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+using namespace host;
+
 class LineAccountTest : public QObject {
     Q_OBJECT
 

@@ -14,6 +14,8 @@
 
 #include <memory>
 
+using namespace host;
+
 class ModuleLoaderTest : public QObject {
     Q_OBJECT
 

@@ -13,6 +13,9 @@
 #include <mutex>
 #include <thread>
 
+using namespace backend;
+using namespace host;
+
 /// Delivers lines of two tags on a thread of its own, as fast as it can, until it goes.
 class Flood {
 public:

@@ -12,6 +12,9 @@
 #include <thread>
 #include <vector>
 
+using namespace backend;
+using namespace host;
+
 using namespace std::chrono_literals;
 
 /// Notes the frames of the lines that it gets.

@@ -11,6 +11,9 @@
 #include <array>
 #include <cmath>
 
+using namespace backend;
+using namespace host;
+
 namespace {
 
 using Row = std::array<double, 6>; // x, y, z [mm], rx, ry, rz [deg], as the 6DOF table shows them

@@ -12,6 +12,9 @@
 
 #include <vector>
 
+using namespace backend;
+using namespace host;
+
 namespace {
 
 enum Column { IdColumn, NameColumn, FilterColumn, SensorColumn, XColumn, BatteryColumn = 10, TemperatureColumn = 11 };

@@ -13,6 +13,8 @@
 
 #include <array>
 
+using namespace host;
+
 namespace {
 
 const QString folder = QStringLiteral("answers");

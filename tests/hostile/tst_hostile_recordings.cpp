@@ -10,6 +10,8 @@
 
 #include <sys/stat.h>
 
+using namespace backend;
+
 namespace {
 
 const QString folder = QStringLiteral("recordings");

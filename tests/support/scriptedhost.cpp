@@ -43,7 +43,7 @@ void ScriptedHost::note(const QByteArray &call)
 
 QByteArray ScriptedHost::record(const char *operation, const char *format, std::va_list arguments)
 {
-    const QByteArray command = formatCommand(format, arguments);
+    const QByteArray command = host::formatCommand(format, arguments);
     note(QByteArray(operation) + ' ' + command);
     formats.append(QByteArray(format));
     return command;
