@@ -3,7 +3,7 @@
 #include "bench/livelines.h"
 #include "bench/naivetables.h"
 #include "bench/stopwatch.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <malloc.h>
 
@@ -17,14 +17,14 @@ qint64 heapBytes()
 /// The panel from nothing, its answers from the host included.
 void startUp(benchmark::State &state)
 {
-    PanelBench bench;
+    PanelFixture bench;
     timeEach(
         state, [&] { bench.panel.reset(); }, [&] { bench.createPanel(); });
 }
 
 void reconfiguration(benchmark::State &state)
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(200);
     bench.createConfiguredPanel();
     timeEach(
@@ -38,7 +38,7 @@ void rowMemoryOfBodies(benchmark::State &state, bool naive)
     LiveLines lines("6di", rows);
     double bytes = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
-        PanelBench bench;
+        PanelFixture bench;
         bench.answerBodies(rows);
         bench.createPanel();
         std::unique_ptr<NaiveTables> tables;
@@ -73,7 +73,7 @@ void rowMemoryOfMarkers(benchmark::State &state, bool naive)
     LiveLines lines("3d", rows);
     double bytes = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
-        PanelBench bench;
+        PanelFixture bench;
         bench.createPanel();
         NaiveTables tables(bench.table6d(), bench.table3d());
         const qint64 before = heapBytes();

@@ -4,7 +4,7 @@
 #include "bench/lockwatch.h"
 #include "bench/naivetables.h"
 #include "bench/stopwatch.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QApplication>
 #include <QStyledItemDelegate>
@@ -47,7 +47,7 @@ struct Panel {
     QTableWidget &table6d() const { return bench.table6d(); }
     QTableWidget &table3d() const { return bench.table3d(); }
 
-    PanelBench bench;
+    PanelFixture bench;
     LiveLines bodyLines;
     LiveLines markerLines;
     bool received = false;

@@ -3,7 +3,7 @@
 #include "bench/livelines.h"
 #include "bench/lockwatch.h"
 #include "bench/naivetables.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <benchmark/benchmark.h>
 
@@ -79,7 +79,7 @@ private:
 
 void run(benchmark::State &state, int bodies, int markers, bool naive)
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(bodies);
     bench.createConfiguredPanel();
     NaiveTables tables(bench.table6d(), bench.table3d());

@@ -3,7 +3,7 @@
 #include "data/numberreader.h"
 
 #include "rivalnumbers.h"
-#include "tests/endurance/amounts.h"
+#include "tests/endurance/repetitions.h"
 
 #include <QtTest>
 

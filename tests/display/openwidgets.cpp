@@ -17,7 +17,7 @@ QWidget *openDialog()
     return qobject_cast<FilterDialog *>(QApplication::activeModalWidget());
 }
 
-void whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act)
+void onceOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act)
 {
     auto *poll = new QTimer(qApp);
     QObject::connect(poll, &QTimer::timeout, poll, [=] {

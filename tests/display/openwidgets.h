@@ -11,4 +11,4 @@ QWidget *openMenu();
 /// The filter dialog that is open, or nullptr.
 QWidget *openDialog();
 /// Lets \a act do something to what \a find finds, once it is open, from inside the event loop that it runs.
-void whenOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act);
+void onceOpen(const std::function<QWidget *()> &find, const std::function<void(QWidget *)> &act);

@@ -3,7 +3,7 @@
 
 #include "tests/display/paneltimers.h"
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QCoreApplication>
 #include <QTest>
@@ -39,7 +39,7 @@ private:
 
 bool PanelTimers::learn()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answerSensors({1});
     bench.createPanel();

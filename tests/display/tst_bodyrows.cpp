@@ -3,7 +3,7 @@
 
 #include "display/batterybar.h"
 #include "display/temperaturebar.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -13,7 +13,7 @@ constexpr int centre = Qt::AlignHCenter | Qt::AlignVCenter;
 constexpr int right = Qt::AlignRight | Qt::AlignVCenter;
 const QBrush transparent(Qt::transparent);
 
-QStringList columnTexts(const PanelBench &bench, int column)
+QStringList columnTexts(const PanelFixture &bench, int column)
 {
     QStringList texts;
     for (int row = 0; row < bench.table6d().rowCount(); ++row)
@@ -47,7 +47,7 @@ private slots:
 
 void TestBodyRows::cellsOfABody()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.createConfiguredPanel();
     const QTableWidget &table = bench.table6d();
@@ -65,7 +65,7 @@ void TestBodyRows::cellsOfABody()
 
 void TestBodyRows::uncalibratedBody()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer("body calibrated standard b01", "Yes");
     bench.answer("body filter6d_enabled standard b01", "yes");
@@ -83,7 +83,7 @@ void TestBodyRows::uncalibratedBody()
 
 void TestBodyRows::headRowComesFirst()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerHead();
     bench.answer("body filter6d_enabled standard b01", "yes");
@@ -125,13 +125,13 @@ void TestBodyRows::names()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, name);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answer(QStringLiteral("body desc standard b01"), answer);
     bench.createConfiguredPanel();
     QCOMPARE(bench.text(0, NameColumn), name);
     bench.refuse("body desc standard b01");
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.text(0, NameColumn), QString());
 }
 
@@ -155,19 +155,19 @@ void TestBodyRows::filterStates()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, text);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.refuse("body filter6d_enabled standard b01");
     if (answer != QLatin1String("<failure>"))
         bench.answer(QStringLiteral("body filter6d_enabled standard b01"), answer);
     bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.text(0, FilterColumn), text);
 }
 
 void TestBodyRows::filterStateIsReadAnew()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.createConfiguredPanel();
     bench.answer("body filter6d_enabled standard b02", "yes");
@@ -184,7 +184,7 @@ void TestBodyRows::filterStateIsReadAnew()
 
 void TestBodyRows::bodyNumbersGrow()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(101);
     bench.createConfiguredPanel();
     QCOMPARE(bench.text(8, NameColumn), QStringLiteral("Body 9"));
@@ -213,14 +213,14 @@ void TestBodyRows::badCounts()
     QFETCH(const bool, head);
     QFETCH(const int, rows);
     QFETCH(const bool, logged);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     if (head)
         bench.answerHead();
     bench.answerSensors({1});
     bench.answer(QStringLiteral("standard number_of_bodies"), count);
     bench.createPanel();
-    const QStringList logs = PanelBench::logs(bench.reconfigure());
+    const QStringList logs = PanelFixture::logs(bench.reconfigure());
     QCOMPARE(logs, logged ? QStringList{QStringLiteral("Error: Unable to get number of bodies")} : QStringList());
     QCOMPARE(bench.table6d().rowCount(), rows);
     QVERIFY(!bench.table6d().isHidden());
@@ -259,7 +259,7 @@ void TestBodyRows::sensorCells()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, text);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer(QStringLiteral("body inertial_sensor standard b02"), answer);
     bench.createPanel();
@@ -291,11 +291,11 @@ void TestBodyRows::sensorCells()
 
 void TestBodyRows::cellsWithoutSensor()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.refuse("body inertial_sensor standard b02");
     bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     for (const int row : {0, 1}) {
         QCOMPARE(bench.table6d().item(row, SensorColumn)->data(Qt::UserRole), QVariant(QStringLiteral("none")));
         QCOMPARE(bench.text(row, SensorColumn), QString());
@@ -306,7 +306,7 @@ void TestBodyRows::cellsWithoutSensor()
 
 void TestBodyRows::barsGoWithTheirSensor()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerSensors({1});
     bench.createConfiguredPanel();

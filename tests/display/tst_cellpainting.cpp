@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QApplication>
 #include <QImage>
@@ -13,7 +13,7 @@
 
 namespace {
 
-using Dressing = std::function<void(PanelBench &)>;
+using Dressing = std::function<void(PanelFixture &)>;
 
 /// Both tables of a panel as they look at \a scale device pixels per pixel.
 QImage picture(const QWidget &widget, double scale)
@@ -48,7 +48,7 @@ QByteArray lineOfMarkers(int count)
 }
 
 /// A panel with bodies of all colours, a reference, a body that isn't calibrated, long and foreign names, and markers.
-void fill(PanelBench &bench)
+void fill(PanelFixture &bench)
 {
     bench.answerBodies(14);
     bench.answer("tracking reference", "standard b02");
@@ -66,7 +66,7 @@ void fill(PanelBench &bench)
     bench.panel->updateView3d();
 }
 
-void setTableFonts(PanelBench &bench, const QFont &font)
+void setTableFonts(PanelFixture &bench, const QFont &font)
 {
     bench.table6d().setFont(font);
     bench.table3d().setFont(font);
@@ -86,40 +86,41 @@ struct Look {
 };
 
 const Look looks[] = {
-    {"as it is", [](PanelBench &) {}},
-    {"a font that is too tall for the rows", [](PanelBench &bench) { setTableFonts(bench, sans(17)); }},
-    {"a small font", [](PanelBench &bench) { setTableFonts(bench, sans(6)); }},
-    {"an italic font", [](PanelBench &bench) { setTableFonts(bench, sans(10, true)); }},
-    {"a fixed font, not bold", [](PanelBench &bench) { setTableFonts(bench, QFont(QStringLiteral("Monospace"), 9)); }},
+    {"as it is", [](PanelFixture &) {}},
+    {"a font that is too tall for the rows", [](PanelFixture &bench) { setTableFonts(bench, sans(17)); }},
+    {"a small font", [](PanelFixture &bench) { setTableFonts(bench, sans(6)); }},
+    {"an italic font", [](PanelFixture &bench) { setTableFonts(bench, sans(10, true)); }},
+    {"a fixed font, not bold",
+     [](PanelFixture &bench) { setTableFonts(bench, QFont(QStringLiteral("Monospace"), 9)); }},
     {"a font of 20 pixels underlined",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          QFont font(QStringLiteral("Serif"));
          font.setPixelSize(15);
          font.setUnderline(true);
          setTableFonts(bench, font);
      }},
-    {"disabled", [](PanelBench &bench) { bench.panel->setEnabled(false); }},
-    {"from right to left", [](PanelBench &bench) { bench.panel->setLayoutDirection(Qt::RightToLeft); }},
+    {"disabled", [](PanelFixture &bench) { bench.panel->setEnabled(false); }},
+    {"from right to left", [](PanelFixture &bench) { bench.panel->setLayoutDirection(Qt::RightToLeft); }},
     {"narrow columns",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          for (int column = 0; column < MarkerZColumn; ++column)
              bench.table3d().setColumnWidth(column, 13 + 9 * column);
          for (int column = 0; column < StretchColumn; ++column)
              bench.table6d().setColumnWidth(column, 9 + 6 * column);
      }},
     {"selected cells",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          bench.table6d().setSelectionMode(QAbstractItemView::MultiSelection);
          bench.table6d().selectRow(1);
          bench.table6d().selectRow(4);
      }},
     {"a current cell",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          bench.table6d().setFocus();
          bench.table6d().setCurrentCell(1, XColumn);
      }},
     {"cells of other kinds",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          QTableWidget &table = bench.table6d();
          table.item(0, XColumn)->setIcon(table.style()->standardIcon(QStyle::SP_ComputerIcon));
          table.item(1, XColumn)->setFont(sans(12));
@@ -141,13 +142,15 @@ const Look looks[] = {
          table.setAlternatingRowColors(true);
      }},
     {"a style sheet of the panel for cells",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          bench.panel->setStyleSheet(QStringLiteral("QTableView::item { padding: 4px; border: 1px solid red; }"));
      }},
     {"a style sheet of the table for cells",
-     [](PanelBench &bench) { bench.table6d().setStyleSheet(QStringLiteral("QTableView::item { color: magenta; }")); }},
+     [](PanelFixture &bench) {
+         bench.table6d().setStyleSheet(QStringLiteral("QTableView::item { color: magenta; }"));
+     }},
     {"a palette",
-     [](PanelBench &bench) {
+     [](PanelFixture &bench) {
          QPalette palette(Qt::darkBlue);
          palette.setColor(QPalette::Text, Qt::yellow);
          bench.panel->setPalette(palette);
@@ -184,7 +187,7 @@ void TestCellPainting::sameAsTheStockDelegate()
     QFETCH(const QString, style);
     QFETCH(const int, look);
     QApplication::setStyle(style);
-    PanelBench bench;
+    PanelFixture bench;
     fill(bench);
     looks[look].dress(bench);
     bench.panel->resize(1000, 420);
@@ -209,7 +212,7 @@ void TestCellPainting::sameAsTheStockDelegate()
 void TestCellPainting::anApplicationsStyleSheetCounts()
 {
     QApplication::setStyle(QStringLiteral("Fusion"));
-    PanelBench bench;
+    PanelFixture bench;
     fill(bench);
     bench.panel->resize(1000, 420);
     bench.panel->show();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -100,7 +100,7 @@ void TestConfiguration::sequenceByVersion()
     QFETCH(const int, minor);
     QFETCH(const QString, fixed);
     QFETCH(const QStringList, calls);
-    PanelBench bench(major, minor);
+    PanelFixture bench(major, minor);
     bench.answerBodies(2);
     if (fixed.isEmpty())
         bench.refuse("standard fixed_angle_present");
@@ -113,7 +113,7 @@ void TestConfiguration::sequenceByVersion()
 
 void TestConfiguration::visiblePanelMovesItsSubscription()
 {
-    PanelBench bench(1, 12);
+    PanelFixture bench(1, 12);
     bench.createPanel().show();
     bench.answer("standard fixed_angle_present", "true");
     QCOMPARE(bench.reconfigure(),
@@ -130,7 +130,7 @@ void TestConfiguration::visiblePanelMovesItsSubscription()
 void TestConfiguration::panelInAHiddenWindowIsNotVisible()
 {
     QWidget window;
-    PanelBench bench(1, 12);
+    PanelFixture bench(1, 12);
     bench.createPanel().setParent(&window);
     bench.panel->show();
     QCOMPARE(bench.reconfigure(), numberOfBodies + noMultiuser + fixedAngles + output("6di", "6di") + inertial);
@@ -140,7 +140,7 @@ void TestConfiguration::panelInAHiddenWindowIsNotVisible()
 
 void TestConfiguration::failingSensorEndsTheSearch()
 {
-    PanelBench bench(1, 12);
+    PanelFixture bench(1, 12);
     bench.answerBodies(2);
     bench.answerSensors({1, 2});
     bench.createConfiguredPanel();
@@ -153,7 +153,7 @@ void TestConfiguration::failingSensorEndsTheSearch()
 
 void TestConfiguration::sequenceWithHead()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerHead();
     bench.createPanel();
@@ -227,7 +227,7 @@ void TestConfiguration::sensors()
     QFETCH(const QString, bodyOfFirst);
     QFETCH(const QStringList, calls);
     QFETCH(const bool, columnsHidden);
-    PanelBench bench(1, 12);
+    PanelFixture bench(1, 12);
     bench.answerBodies(2);
     bench.answerSensors({1, 2});
     bench.createConfiguredPanel();
@@ -249,12 +249,12 @@ void TestConfiguration::sensors()
 
 void TestConfiguration::failedBodyCount()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.refuse("standard number_of_bodies");
     bench.createPanel();
     const QStringList calls = bench.reconfigure();
-    QCOMPARE(PanelBench::logs(calls).size(), 1);
+    QCOMPARE(PanelFixture::logs(calls).size(), 1);
     QCOMPARE(calls.mid(0, 3),
              numberOfBodies + logged(QStringLiteral("Error: Unable to get number of bodies")) + noMultiuser);
     QCOMPARE(bench.table6d().rowCount(), 0);
@@ -290,7 +290,7 @@ void TestConfiguration::outputIsActivated()
     QFETCH(const QString, answer);
     QFETCH(const bool, commandSent);
     QFETCH(const QStringList, logs);
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel().show();
     bench.refuse(question);
     if (!answer.isEmpty())
@@ -298,13 +298,13 @@ void TestConfiguration::outputIsActivated()
     bench.host.failing.setPattern(QStringLiteral("chmon 6di yes$"));
     const QStringList calls = bench.reconfigure();
     QCOMPARE(calls.contains(QStringLiteral("sendCommand output active chmon 6di yes")), commandSent);
-    QCOMPARE(PanelBench::logs(calls), logs);
+    QCOMPARE(PanelFixture::logs(calls), logs);
     QVERIFY2(calls.contains(QStringLiteral("startOutput 6di")), "the output is started whatever its activation said");
 }
 
 void TestConfiguration::onlyKnownCommandsAreSent()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerHead();
     bench.answerSensors({2});

@@ -3,7 +3,7 @@
 #include "display/batterybar.h"
 #include "display/zeltablewidget.h"
 #include "tests/display/openwidgets.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QAction>
 #include <QCursor>
@@ -74,7 +74,7 @@ void TestFilterMenu::hasItsMethodsInOrder()
 
 void TestFilterMenu::offersTheFilterAtTheCursor()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.createConfiguredPanel();
     bench.panel->show();
@@ -83,7 +83,7 @@ void TestFilterMenu::offersTheFilterAtTheCursor()
     QCursor::setPos(cursor);
     QStringList texts;
     QPoint place;
-    whenOpen(openMenu, [&](QWidget *menu) {
+    onceOpen(openMenu, [&](QWidget *menu) {
         const QList<QAction *> actions = menu->actions();
         for (const QAction *action : actions)
             texts << action->text();
@@ -116,7 +116,7 @@ void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn()
     QFETCH(int, minor);
     QFETCH(int, row);
     QFETCH(int, column);
-    PanelBench bench(1, minor);
+    PanelFixture bench(1, minor);
     bench.answerBodies(3);
     bench.answer("body calibrated standard b02", "no");
     bench.createConfiguredPanel();
@@ -129,7 +129,7 @@ void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn()
 
 void TestFilterMenu::staysClosedOnACellThatIsNotEnabled()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerSensors({1, 2});
     bench.createConfiguredPanel();
@@ -174,7 +174,7 @@ void TestFilterMenu::staysClosedWithoutRows()
 
 void TestFilterMenu::staysClosedWithoutARowList()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.createConfiguredPanel();
     bench.panel->show();
@@ -187,7 +187,7 @@ void TestFilterMenu::staysClosedWithoutARowList()
 
 void TestFilterMenu::treatsARowBehindTheListAsNotCalibrated()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     bench.createConfiguredPanel();
     bench.panel->show();
@@ -227,16 +227,16 @@ void TestFilterMenu::looksForColumn22InATableOfHandHelds()
 
 void TestFilterMenu::refreshesTheCellOfTheRow()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer("filter6d available standard", "yes");
     bench.createConfiguredPanel();
     bench.panel->show();
     QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
     QCOMPARE(bench.text(1, FilterColumn), QString());
-    whenOpen(openMenu,
+    onceOpen(openMenu,
              [](QWidget *menu) { QTest::keyClick(menu, Qt::Key_Down), QTest::keyClick(menu, Qt::Key_Return); });
-    whenOpen(openDialog, [&bench](QWidget *dialog) {
+    onceOpen(openDialog, [&bench](QWidget *dialog) {
         bench.answer("body filter6d_enabled standard b02", "yes");
         dialog->close();
     });
@@ -259,7 +259,7 @@ void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
 {
     QFETCH(QString, open);
     QFETCH(QString, deed);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     bench.answer("filter6d available standard", "yes");
     bench.createConfiguredPanel();
@@ -281,7 +281,7 @@ void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
             opened->close();
     };
     bool acted = false;
-    whenOpen(openMenu, [&](QWidget *menu) {
+    onceOpen(openMenu, [&](QWidget *menu) {
         if (open == QLatin1String("menu")) {
             acted = true;
             hostActs(menu);
@@ -291,7 +291,7 @@ void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
         QTest::keyClick(menu, Qt::Key_Return);
     });
     if (open == QLatin1String("dialog")) {
-        whenOpen(openDialog, [&](QWidget *dialog) {
+        onceOpen(openDialog, [&](QWidget *dialog) {
             acted = true;
             hostActs(dialog);
         });

@@ -3,7 +3,7 @@
 #include "display/zeltablewidget.h"
 #include "filter/filterdialog.h"
 #include "tests/display/openwidgets.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QPointer>
 #include <QSignalSpy>
@@ -37,7 +37,7 @@ void TestFilterOfRow::opensTheDialogForTheBodyOfTheRow()
     QFETCH(bool, head);
     QFETCH(int, row);
     QFETCH(QByteArray, body);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     bench.answer("filter6d available standard", "yes");
     if (head)
@@ -46,7 +46,7 @@ void TestFilterOfRow::opensTheDialogForTheBodyOfTheRow()
     auto &table = static_cast<ZelTableWidget &>(bench.table6d());
     QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
     table.onCellPressed(row, FilterColumn);
-    whenOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
+    onceOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
     table.displayFilterDlg();
     QVERIFY(
         bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset ") + QString::fromUtf8(body)));
@@ -56,7 +56,7 @@ void TestFilterOfRow::opensTheDialogForTheBodyOfTheRow()
 
 void TestFilterOfRow::followsTheHeadRow()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     bench.answer("filter6d available standard", "yes");
     bench.answerHead();
@@ -65,14 +65,14 @@ void TestFilterOfRow::followsTheHeadRow()
     bench.reconfigure();
     auto &table = static_cast<ZelTableWidget &>(bench.table6d());
     table.onCellPressed(1, FilterColumn);
-    whenOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
+    onceOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
     table.displayFilterDlg();
     QVERIFY(bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset standard b02")));
 }
 
 void TestFilterOfRow::leavesNoDialogBehind()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer("filter6d available standard", "yes");
     bench.createConfiguredPanel();
@@ -83,7 +83,7 @@ void TestFilterOfRow::leavesNoDialogBehind()
         QVERIFY(!openDialog());
         ++refreshed;
     });
-    whenOpen(openDialog, [&](QWidget *dialog) {
+    onceOpen(openDialog, [&](QWidget *dialog) {
         opened = dialog;
         QCOMPARE(dialog->parentWidget(), &table);
         dialog->close();
@@ -97,7 +97,7 @@ void TestFilterOfRow::leavesNoDialogBehind()
 
 void TestFilterOfRow::asksNothingOfAnOldBackend()
 {
-    PanelBench bench(1, 11);
+    PanelFixture bench(1, 11);
     bench.answerBodies(1);
     bench.createConfiguredPanel();
     auto &table = static_cast<ZelTableWidget &>(bench.table6d());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -74,7 +74,7 @@ void TestHeadTarget::headDetection()
     QFETCH(const QString, log);
     QFETCH(const int, questions);
     QFETCH(const bool, head);
-    PanelBench bench(minor < 0 ? 0 : 1, qAbs(minor), -1);
+    PanelFixture bench(minor < 0 ? 0 : 1, qAbs(minor), -1);
     bench.answerBodies(1);
     bench.answerHead();
     if (answer.isEmpty())
@@ -87,7 +87,7 @@ void TestHeadTarget::headDetection()
     for (int i = 1; i < calls.size() && (calls.at(i).contains(QLatin1String("multiuser"))); ++i)
         asked += calls.at(i).startsWith(QLatin1String("log ")) ? 0 : 1;
     QCOMPARE(asked, questions);
-    QCOMPARE(PanelBench::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
+    QCOMPARE(PanelFixture::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
     QCOMPARE(bench.table6d().rowCount(), head ? 2 : 1);
     QCOMPARE(bench.text(0, BodyIdColumn), head ? QStringLiteral("MUH") : QStringLiteral("1"));
 }
@@ -118,7 +118,7 @@ void TestHeadTarget::headCalibration()
     QFETCH(const QStringList, questions);
     QFETCH(const QString, log);
     QFETCH(const bool, ready);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerHead();
     bench.answer("body number_of_bodies multiuserwandor_head", "3");
     for (int i = 0; i < answers.size(); ++i) {
@@ -137,7 +137,7 @@ void TestHeadTarget::headCalibration()
             asked << call.mid(19, 1) + call.right(1);
     }
     QCOMPARE(asked, questions);
-    QCOMPARE(PanelBench::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
+    QCOMPARE(PanelFixture::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
     QCOMPARE(bench.table6d().rowCount(), 1);
     QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
              ready ? QString() : QStringLiteral(" This body is not yet calibrated."));
@@ -146,7 +146,7 @@ void TestHeadTarget::headCalibration()
 
 void TestHeadTarget::countFailsWhenAskedAgain()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerHead();
     bench.createPanel();
     const QString count = QStringLiteral("requestInt body number_of_bodies multiuserwandor_head");
@@ -157,7 +157,7 @@ void TestHeadTarget::countFailsWhenAskedAgain()
     bench.host.failCall = requests;
     const QStringList calls = bench.reconfigure();
     QVERIFY(!calls.contains(QStringLiteral("requestString body calibrated multiuserwandor_head b01")));
-    QCOMPARE(PanelBench::logs(calls),
+    QCOMPARE(PanelFixture::logs(calls),
              QStringList{QStringLiteral("Error: Unable to get number of multiuser head targets")});
     QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("MUH"));
     QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QDir>
 #include <QHBoxLayout>
@@ -127,7 +127,7 @@ void TestPanel::construction()
     QFETCH(const QString, command);
     QFETCH(const QString, answer);
     QFETCH(const QStringList, calls);
-    PanelBench bench(1, minorVersion, -1);
+    PanelFixture bench(1, minorVersion, -1);
     bench.host.failing.setPattern(QStringLiteral("chmon 3d yes$"));
     if (answer.isEmpty())
         bench.refuse(command);
@@ -139,7 +139,7 @@ void TestPanel::construction()
 
 void TestPanel::preferencesComeBeforeTheQuestions()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences("<OTHER/>");
     bench.createPanel();
     const QStringList calls = bench.takeCalls();
@@ -151,7 +151,7 @@ void TestPanel::preferencesComeBeforeTheQuestions()
 
 void TestPanel::formItself()
 {
-    PanelBench bench;
+    PanelFixture bench;
     const DataDisplay &panel = bench.createPanel();
     QCOMPARE(panel.objectName(), QStringLiteral("DataDisplayWidget"));
     QCOMPARE(panel.size(), QSize(881, 193));
@@ -187,7 +187,7 @@ void TestPanel::tableOfTheForm()
     QFETCH(const QByteArray, className);
     QFETCH(const Qt::ContextMenuPolicy, menuPolicy);
     QFETCH(const QString, whatsThis);
-    PanelBench bench;
+    PanelFixture bench;
     const auto *table = bench.createPanel().findChild<QTableWidget *>(name);
     QVERIFY(table);
     QCOMPARE(QByteArray(table->metaObject()->className()), className);
@@ -218,7 +218,7 @@ void TestPanel::tableOfTheForm()
 
 void TestPanel::showAndHide()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.takeCalls();
     bench.panel->show();
@@ -229,7 +229,7 @@ void TestPanel::showAndHide()
 
 void TestPanel::eventsOfTheWindowSystemCount()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.panel->show();
     bench.takeCalls();
@@ -245,7 +245,7 @@ void TestPanel::eventsOfTheWindowSystemCount()
 
 void TestPanel::shownPanelOfAnOldBackend()
 {
-    PanelBench bench(1, 11);
+    PanelFixture bench(1, 11);
     bench.createPanel();
     bench.takeCalls();
     bench.panel->show();
@@ -262,7 +262,7 @@ void TestPanel::shownPanelOfAnOldBackend()
 
 void TestPanel::lineCounters()
 {
-    PanelBench bench;
+    PanelFixture bench;
     const DataDisplay &panel = bench.createPanel();
     const auto counters = [&panel] {
         return QList<quint64>{panel.property("storedLines").toULongLong(), panel.property("droppedLines").toULongLong(),
@@ -301,7 +301,7 @@ void TestPanel::linesOfOtherTypes()
     QFETCH(const QByteArray, tag);
     QFETCH(const int, result);
     QFETCH(const int, markers);
-    PanelBench bench;
+    PanelFixture bench;
     DataDisplay &panel = bench.createPanel();
     bench.send("3d", "3d 1 [5 1.0][1 2 3]");
     QCOMPARE(bench.send(tag.constData(), "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), result);
@@ -316,7 +316,7 @@ void TestPanel::linesOfOtherTypes()
 
 void TestPanel::firstLineOfAConfigurationRedraws()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.createPanel();
     QSignalSpy firstBodies(bench.panel.get(), &DataDisplay::shallUpdateView6d);
@@ -336,7 +336,7 @@ void TestPanel::firstLineOfAConfigurationRedraws()
 
 void TestPanel::shutdownUnregistersThenSaves()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.takeCalls();
     bench.panel->prepareShutdown();
@@ -355,7 +355,7 @@ void TestPanel::shutdownUnregistersThenSaves()
 
 void TestPanel::destructionSavesNothing()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.takeCalls();
     bench.panel.reset();

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QDir>
 #include <QDomDocument>
@@ -20,7 +20,7 @@ QList<int> widthsOf(const QTableWidget &table)
 }
 
 /// Both tables' widths, those of the hidden columns too, as a new panel has them.
-QList<int> widthsWithHidden(const PanelBench &bench)
+QList<int> widthsWithHidden(const PanelFixture &bench)
 {
     for (const int column : {FilterColumn, SensorColumn, BatteryColumn, TemperatureColumn})
         bench.table6d().setColumnHidden(column, false);
@@ -29,15 +29,15 @@ QList<int> widthsWithHidden(const PanelBench &bench)
 
 QList<int> builtInWidths()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     return widthsWithHidden(bench);
 }
 
-QStringList logsOfLoading(PanelBench &bench)
+QStringList logsOfLoading(PanelFixture &bench)
 {
     bench.createPanel();
-    return PanelBench::logs(bench.takeCalls());
+    return PanelFixture::logs(bench.takeCalls());
 }
 
 QByteArray document(const QByteArray &elements)
@@ -114,7 +114,7 @@ private slots:
 
 void TestPreferences::noFileIsNoError()
 {
-    PanelBench bench;
+    PanelFixture bench;
     QCOMPARE(logsOfLoading(bench), QStringList());
     QVERIFY2(!QDir(bench.home.path() + QStringLiteral("/.ZEL")).exists(), "loading created a folder");
 }
@@ -161,7 +161,7 @@ void TestPreferences::elements()
     QList<int> widths = builtInWidths();
     if (width > 0)
         widths[column] = width;
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(document(elements));
     QCOMPARE(logsOfLoading(bench), QStringList());
     QList<int> found = widthsWithHidden(bench);
@@ -186,7 +186,7 @@ void TestPreferences::brokenFiles_data()
 void TestPreferences::brokenFiles()
 {
     QFETCH(const QByteArray, content);
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(content);
     QCOMPARE(logsOfLoading(bench), QStringList{cannotParse(bench.preferencesFile(), content)});
     QCOMPARE(widthsWithHidden(bench), builtInWidths());
@@ -205,7 +205,7 @@ void TestPreferences::wrongRoots_data()
 void TestPreferences::wrongRoots()
 {
     QFETCH(const QByteArray, content);
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(content);
     QCOMPARE(logsOfLoading(bench), QStringList{wrongRoot(bench.preferencesFile())});
     QCOMPARE(widthsWithHidden(bench), builtInWidths());
@@ -225,7 +225,7 @@ void TestPreferences::largeFiles_data()
 void TestPreferences::largeFiles()
 {
     QFETCH(const QByteArray, content);
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(content);
     const QStringList logs = logsOfLoading(bench);
     QCOMPARE(logs.size(), 1);
@@ -248,7 +248,7 @@ void TestPreferences::otherEncodings_data()
 void TestPreferences::otherEncodings()
 {
     QFETCH(const QByteArray, content);
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(content);
     QCOMPARE(logsOfLoading(bench), QStringList());
     QCOMPARE(bench.table3d().columnWidth(2), 99);
@@ -268,7 +268,7 @@ void TestPreferences::notAFile()
 {
     QFETCH(const QString, kind);
     QFETCH(const bool, logged);
-    PanelBench bench;
+    PanelFixture bench;
     QVERIFY(QDir().mkpath(bench.preferencesDir()));
     const QString file = bench.preferencesFile();
     if (kind == QLatin1String("folder"))
@@ -284,7 +284,7 @@ void TestPreferences::notAFile()
 void TestPreferences::percentSignsInTheHomeAreKept()
 {
     for (const QByteArray &content : {QByteArray("<VORNAK>"), QByteArray("<A/>")}) {
-        PanelBench bench;
+        PanelFixture bench;
         const QString home = bench.home.path() + QStringLiteral("/%2 %1 %s %n");
         qputenv("HOME", QFile::encodeName(home));
         const QString folder = home + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/v2.2.6/config");
@@ -300,7 +300,7 @@ void TestPreferences::percentSignsInTheHomeAreKept()
 
 void TestPreferences::logTextIsLatin1()
 {
-    PanelBench bench;
+    PanelFixture bench;
     const QString home = bench.home.path() + QStringLiteral("/M\u00FCller \u5B57");
     qputenv("HOME", QFile::encodeName(home));
     const QString file =
@@ -312,7 +312,7 @@ void TestPreferences::logTextIsLatin1()
 
 void TestPreferences::eachModuleVersionHasItsFile()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(document("<TABLE_3D_COLUMN_2 WIDTH=\"99\"/>"));
     const DataDisplay other(&bench.host, nullptr, &bench.versions, QStringLiteral("v2.2.7"));
     QVERIFY(other.findChild<QTableWidget *>(QStringLiteral("tableWidget3d"))->columnWidth(2) != 99);

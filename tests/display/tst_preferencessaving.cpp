@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QDir>
 #include <QScopeGuard>
@@ -20,7 +20,7 @@ QByteArray contentOf(const QString &name)
 }
 
 /// What the file has to hold for the present widths of the panel of \a bench.
-QByteArray expectedFile(const PanelBench &bench)
+QByteArray expectedFile(const PanelFixture &bench)
 {
     QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VORNAK>\n";
     const auto add = [&text](const char *table, int column, int width) {
@@ -37,15 +37,15 @@ QByteArray expectedFile(const PanelBench &bench)
 }
 
 /// Saves, and returns what was logged.
-QStringList logsOfSaving(PanelBench &bench)
+QStringList logsOfSaving(PanelFixture &bench)
 {
     bench.takeCalls();
     bench.panel->prepareShutdown();
-    return PanelBench::logs(bench.takeCalls());
+    return PanelFixture::logs(bench.takeCalls());
 }
 
 /// Saves while no file may grow beyond \a size bytes, as on a full disk, and returns what was logged.
-QStringList logsOfSavingWithin(PanelBench &bench, rlim_t size)
+QStringList logsOfSavingWithin(PanelFixture &bench, rlim_t size)
 {
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
     rlimit oldLimit{};
@@ -104,7 +104,7 @@ void TestPreferencesSaving::wholeFile()
 {
     QFETCH(const int, minorVersion);
     QFETCH(const QList<int>, fallbacks);
-    PanelBench bench(1, minorVersion);
+    PanelFixture bench(1, minorVersion);
     bench.createPanel();
     bench.table6d().setColumnWidth(4, 77);
     bench.table3d().setColumnWidth(1, 78);
@@ -119,7 +119,7 @@ void TestPreferencesSaving::wholeFile()
 
 void TestPreferencesSaving::zeroWidthOfMarkersIsSavedAsItIs()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.table3d().setColumnHidden(1, true);
     QCOMPARE(logsOfSaving(bench), QStringList());
@@ -128,7 +128,7 @@ void TestPreferencesSaving::zeroWidthOfMarkersIsSavedAsItIs()
 
 void TestPreferencesSaving::oldContentIsReplaced()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(QByteArray("<VORNAK>") + QByteArray(100'000, ' ') + "</VORNAK>");
     bench.createPanel();
     QCOMPARE(logsOfSaving(bench), QStringList());
@@ -139,7 +139,7 @@ void TestPreferencesSaving::oldContentIsReplaced()
 
 void TestPreferencesSaving::widthsComeBack()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     for (int column = 0; column < 12; ++column)
         bench.table6d().setColumnWidth(column, 80 + column);
@@ -156,7 +156,7 @@ void TestPreferencesSaving::widthsComeBack()
 
 void TestPreferencesSaving::hiddenWidthIsLostToItsFallback()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences("<VORNAK><TABLE_6D_COLUMN_10 WIDTH=\"140\"/></VORNAK>");
     bench.createPanel();
     QCOMPARE(logsOfSaving(bench), QStringList());
@@ -175,7 +175,7 @@ void TestPreferencesSaving::fileThatCannotBeWritten_data()
 void TestPreferencesSaving::fileThatCannotBeWritten()
 {
     QFETCH(const QString, kind);
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QVERIFY(QDir().mkpath(bench.preferencesDir()));
     if (kind == QLatin1String("folder"))
@@ -195,7 +195,7 @@ void TestPreferencesSaving::folderThatCannotBeMade_data()
 void TestPreferencesSaving::folderThatCannotBeMade()
 {
     QFETCH(const QString, blocked);
-    PanelBench bench;
+    PanelFixture bench;
     const QString path = bench.home.path() + blocked;
     QVERIFY(QDir().mkpath(QFileInfo(path).path()));
     QFile file(path);
@@ -203,7 +203,7 @@ void TestPreferencesSaving::folderThatCannotBeMade()
     file.write("mine");
     file.close();
     bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.takeCalls()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.takeCalls()), QStringList());
     QCOMPARE(logsOfSaving(bench), QStringList{noFolder(bench.preferencesDir())});
     QCOMPARE(contentOf(path), QByteArray("mine"));
 }
@@ -220,7 +220,7 @@ void TestPreferencesSaving::oldFileSurvivesAFullDisk()
 {
     QFETCH(const int, room);
     const QByteArray old = "<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>\n";
-    PanelBench bench;
+    PanelFixture bench;
     bench.writePreferences(old);
     bench.createPanel();
     const int size = room < 0 ? expectedFile(bench).size() + room : room;
@@ -234,7 +234,7 @@ void TestPreferencesSaving::oldFileSurvivesAFullDisk()
 
 void TestPreferencesSaving::linkIsFollowed()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QVERIFY(QDir().mkpath(bench.preferencesDir()));
     const QString target = bench.home.path() + QStringLiteral("/elsewhere.xml");

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/display/paneltimers.h"
 
 #include <QtTest>
@@ -37,7 +37,7 @@ private:
 };
 
 /// Every question there is has an answer, and the output has to be switched on.
-struct FullBackend : PanelBench {
+struct FullBackend : PanelFixture {
     FullBackend()
     {
         answerBodies(3);
@@ -195,7 +195,7 @@ void TestRebuilding::allFailuresAreSurvived()
     const QStringList calls = bench.reconfigure();
     const auto answers = bench.host.answers;
     bench.host.answers.clear();
-    const QStringList logs = PanelBench::logs(bench.reconfigure());
+    const QStringList logs = PanelFixture::logs(bench.reconfigure());
     QCOMPARE(logs,
              QStringList({QStringLiteral("Error: Unable to get number of bodies"),
                           QStringLiteral("Error: Unable to get info multiuser wandor available"),
@@ -209,7 +209,7 @@ void TestRebuilding::allFailuresAreSurvived()
 
 void TestRebuilding::recordsOfTheOldConfigurationGo()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.createConfiguredPanel();
     bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
@@ -224,7 +224,7 @@ void TestRebuilding::recordsOfTheOldConfigurationGo()
 
 void TestRebuilding::rowsComeAndGo()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createConfiguredPanel();
     for (const int count : {5, 2, 0, 3}) {
         bench.answerBodies(count);
@@ -245,7 +245,7 @@ void TestRebuilding::rowsComeAndGo()
 
 void TestRebuilding::ticksBetweenTheAnswersMeetWholeRows()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3")), 0);
@@ -316,7 +316,7 @@ void TestRebuilding::clearedPanel()
 
 void TestRebuilding::clearedPanelWithoutConfiguration()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     bench.takeCalls();
     bench.panel->clearData();
@@ -354,7 +354,7 @@ void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
 
 void TestRebuilding::timerDrawsBothTables()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.createConfiguredPanel();
     bench.send("6di", "6di 0");

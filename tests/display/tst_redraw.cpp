@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/display/plainredraw.h"
 
 #include <QSignalSpy>
@@ -183,7 +183,7 @@ void TestRedraw::bodiesAsAPlainRedrawShowsThem()
     QFETCH(const bool, head);
     QFETCH(const bool, headReady);
     QFETCH(const QByteArray, reference);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(bodies);
     if (bodies > 4) {
         bench.answer("body calibrated standard b04", "no");
@@ -222,7 +222,7 @@ void TestRedraw::bodiesAsAPlainRedrawShowsThem()
 
 void TestRedraw::markersAsAPlainRedrawShowsThem()
 {
-    PanelBench bench;
+    PanelFixture bench;
     DataDisplay &panel = bench.createPanel();
     QTableWidget plain(0, Column3dCount);
     RandomFrames frames(3);
@@ -255,7 +255,7 @@ void TestRedraw::changesAreToldOnce()
 {
     QFETCH(const QByteArray, next);
     QFETCH(const int, signalCount);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(bench.send("6di", twoBodies), 0);
@@ -268,7 +268,7 @@ void TestRedraw::changesAreToldOnce()
 
 void TestRedraw::changedRectangle()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(4);
     DataDisplay &panel = bench.createConfiguredPanel();
     const auto draw = [&](const char *second, const char *third) {
@@ -289,7 +289,7 @@ void TestRedraw::changedRectangle()
 
 void TestRedraw::markersAreToldOnce()
 {
-    PanelBench bench;
+    PanelFixture bench;
     DataDisplay &panel = bench.createPanel();
     const QSignalSpy spy(bench.table3d().model(), &QAbstractItemModel::dataChanged);
     panel.updateView3d();
@@ -304,7 +304,7 @@ void TestRedraw::markersAreToldOnce()
 
 void TestRedraw::changesAreToldWithoutTheLock()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     DataDisplay &panel = bench.createConfiguredPanel();
     int told = 0;
@@ -326,7 +326,7 @@ void TestRedraw::changesAreToldWithoutTheLock()
 
 void TestRedraw::whatOthersPutIntoCellsIsReplaced()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer("tracking reference", "standard b02");
     DataDisplay &panel = bench.createConfiguredPanel();
@@ -349,7 +349,7 @@ void TestRedraw::whatOthersPutIntoCellsIsReplaced()
 
 void TestRedraw::whatOthersPutThereInAnswerIsReplaced()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     DataDisplay &panel = bench.createConfiguredPanel();
     QTableWidgetItem &cell = *bench.table6d().item(0, XColumn);
@@ -379,7 +379,7 @@ void TestRedraw::coloursOfOthersAreReplaced()
 {
     QFETCH(const QByteArray, active);
     QFETCH(const QByteArray, line);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answer("body active standard b01", active);
     DataDisplay &panel = bench.createConfiguredPanel();
@@ -394,7 +394,7 @@ void TestRedraw::coloursOfOthersAreReplaced()
 
 void TestRedraw::stillBodiesAreNotRepainted()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     DataDisplay &panel = bench.createConfiguredPanel();
     panel.resize(900, 300);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -49,7 +49,7 @@ private slots:
 
 private:
     /// Sends a line of either type at once, and counts it.
-    void sendLines(PanelBench &bench)
+    void sendLines(PanelFixture &bench)
     {
         QCOMPARE(bench.send("6di", twoBodies("9")), 0);
         QCOMPARE(bench.send("3d", oneMarker), 0);
@@ -61,7 +61,7 @@ private:
 
 void TestRedrawLock::bodies()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     const DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(bench.send("6di", twoBodies("1")), 0);
@@ -80,7 +80,7 @@ void TestRedrawLock::bodies()
 
 void TestRedrawLock::markers()
 {
-    PanelBench bench;
+    PanelFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(bench.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), 0);
     sent = 0;
@@ -101,7 +101,7 @@ void TestRedrawLock::markers()
 
 void TestRedrawLock::hostIsNotCalledUnderTheLock()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(2);
     bench.answerHead();
     bench.answerSensors({1});

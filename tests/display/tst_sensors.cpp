@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/display/paneltimers.h"
-#include "tests/display/sensorbench.h"
+#include "tests/display/sensorfixture.h"
 
 #include <QtTest>
 
@@ -67,7 +67,7 @@ void TestSensors::initTestCase()
 
 void TestSensors::timersOfANewPanel()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createPanel();
     QVERIFY(!timers.viewTimer(panel).isActive());
     QVERIFY(!timers.sensorTimer(panel).isActive());
@@ -79,7 +79,7 @@ void TestSensors::timersOfANewPanel()
 
 void TestSensors::firstPassShowsAllAsAbsent()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createPanel();
     const QStringList calls = bench.reconfigure();
     QCOMPARE(calls.last(), wholePass.first()); // present or not is asked, and nothing else
@@ -90,7 +90,7 @@ void TestSensors::firstPassShowsAllAsAbsent()
 
 void TestSensors::presentSensor()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel().show();
     QCOMPARE(bench.tick(), wholePass);
     QCOMPARE(bench.background(1, SensorColumn), transparent);
@@ -113,7 +113,7 @@ void TestSensors::presence_data()
 void TestSensors::presence()
 {
     QFETCH(const QString, answer);
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel();
     bench.tick();
     bench.answer(QStringLiteral("inertial sensor_present d01"), answer);
@@ -125,7 +125,7 @@ void TestSensors::presence()
 
 void TestSensors::failedPresenceKeepsTheBars()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel();
     bench.tick();
     bench.refuse("inertial sensor_present d01");
@@ -188,7 +188,7 @@ void TestSensors::readings()
     QFETCH(const int, batteryValue);
     QFETCH(const int, temperatureValue);
     QFETCH(const QString, text);
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel();
     for (const auto &[command, answer] : {std::pair{QStringLiteral("inertial sensor_battery d01"), charge},
                                           std::pair{QStringLiteral("inertial sensor_temperature d01"), temperature}}) {
@@ -212,7 +212,7 @@ void TestSensors::readings()
 
 void TestSensors::hiddenBarsComeBack()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel().show();
     for (int round = 0; round < 2; ++round) {
         bench.answer("inertial sensor_present d01", "no");
@@ -230,7 +230,7 @@ void TestSensors::hiddenBarsComeBack()
 
 void TestSensors::hiddenColumnsShowNoBars()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel().show();
     for (const bool hidden : {true, false}) {
         bench.table6d().setColumnHidden(BatteryColumn, hidden);
@@ -243,7 +243,7 @@ void TestSensors::hiddenColumnsShowNoBars()
 
 void TestSensors::everyPassRepaintsTheTable()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.answer("body inertial_sensor standard b02", "none");
     bench.createConfiguredPanel().show();
     QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
@@ -256,7 +256,7 @@ void TestSensors::everyPassRepaintsTheTable()
 
 void TestSensors::rowsWithoutSensorAreSkipped()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.createConfiguredPanel();
     bench.table6d().item(0, SensorColumn)->setData(Qt::UserRole, QStringLiteral("d09")); // row 0 has no sensor
     QCOMPARE(bench.tick(), wholePass);
@@ -268,7 +268,7 @@ void TestSensors::rowsWithoutSensorAreSkipped()
 
 void TestSensors::sensorOfALaterConfigurationIsAsked()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.answer("body inertial_sensor standard b02", "none");
     bench.createConfiguredPanel();
     bench.answer("body inertial_sensor standard b02", "d01");
@@ -278,7 +278,7 @@ void TestSensors::sensorOfALaterConfigurationIsAsked()
 
 void TestSensors::headRowIsSkipped()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.answerHead();
     bench.createConfiguredPanel();
     QCOMPARE(bench.tick(), wholePass);
@@ -288,7 +288,7 @@ void TestSensors::headRowIsSkipped()
 
 void TestSensors::sensorNamesAreNoFormats()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.answer("body inertial_sensor standard b02", "%s%n %d 'x'");
     bench.createConfiguredPanel();
     QCOMPARE(bench.tick(), QStringList{QStringLiteral("requestString inertial sensor_present %s%n %d 'x'")});
@@ -296,7 +296,7 @@ void TestSensors::sensorNamesAreNoFormats()
 
 void TestSensors::timersOfAConfiguration()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     QVERIFY(timers.viewTimer(panel).isActive());
     QVERIFY(timers.sensorTimer(panel).isActive());
@@ -322,16 +322,16 @@ void TestSensors::timersOfAConfiguration()
 
 void TestSensors::warningForFixedAngles()
 {
-    SensorBench bench;
+    SensorFixture bench;
     bench.answerSensors({1, 2});
     bench.answer("standard fixed_angle_present", "true");
     bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.reconfigure()),
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()),
              QStringList{QStringLiteral("WARNING: Fixed angles are not compatible with inertial sensors! "
                                         "Mixed setups may cause wrong results!!")});
     bench.answer("inertial body_of_sensor d01", "none");
     bench.answer("inertial body_of_sensor d02", "none");
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
 }
 
 QTEST_MAIN(TestSensors)

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/display/paneltimers.h"
-#include "tests/display/sensorbench.h"
+#include "tests/display/sensorfixture.h"
 
 #include <QtTest>
 
@@ -32,7 +32,7 @@ void TestSensorSchedule::initTestCase()
 
 void TestSensorSchedule::schedule()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
     QVERIFY(timers.sensorTimer(panel).isActive());
@@ -56,7 +56,7 @@ void TestSensorSchedule::schedule()
 
 void TestSensorSchedule::returningSensorStartsTheScheduleOver()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     bench.answer("inertial sensor_present d01", "no");
     for (int i = 0; i < 40; ++i)
@@ -75,7 +75,7 @@ void TestSensorSchedule::returningSensorStartsTheScheduleOver()
 
 void TestSensorSchedule::sensorOfTheFirstPassStartsTheScheduleOver()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0); // present, but shown as absent
     for (int i = 0; i < 30; ++i)
@@ -97,7 +97,7 @@ void TestSensorSchedule::absentRowsCountTheHeadRow()
 {
     QFETCH(const int, id);
     QFETCH(const int, interval);
-    SensorBench bench;
+    SensorFixture bench;
     bench.answerHead();
     const DataDisplay &panel = bench.createConfiguredPanel();
     bench.answer("inertial sensor_present d01", "no");
@@ -110,7 +110,7 @@ void TestSensorSchedule::absentRowsCountTheHeadRow()
 
 void TestSensorSchedule::sensorThatCannotBeAskedForIsNotAbsent()
 {
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     bench.refuse("inertial sensor_present d01");
     for (int i = 0; i < 40; ++i)
@@ -134,7 +134,7 @@ void TestSensorSchedule::otherLinesDoNotStartItOver()
 {
     QFETCH(const QByteArray, line);
     QFETCH(const bool, present);
-    SensorBench bench;
+    SensorFixture bench;
     const DataDisplay &panel = bench.createConfiguredPanel();
     bench.answer(QStringLiteral("inertial sensor_present d01"), present ? QStringLiteral("yes") : QStringLiteral("no"));
     for (int i = 0; i < 40; ++i)

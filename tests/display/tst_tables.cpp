@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QHeaderView>
 #include <QtTest>
@@ -81,7 +81,7 @@ private slots:
 
 void TestTables::headersOfBodies()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     const QTableWidget &table = bench.table6d();
     QCOMPARE(table.columnCount(), 13);
@@ -98,7 +98,7 @@ void TestTables::headersOfBodies()
 
 void TestTables::headersOfMarkers()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     const QTableWidget &table = bench.table3d();
     QCOMPARE(table.columnCount(), 4);
@@ -127,7 +127,7 @@ void TestTables::hiddenColumns()
     QFETCH(const int, minorVersion);
     QFETCH(const int, patch);
     QFETCH(const QList<int>, hidden);
-    PanelBench bench(1, minorVersion, patch);
+    PanelFixture bench(1, minorVersion, patch);
     bench.createPanel();
     QList<int> found;
     for (int column = 0; column < bench.table6d().columnCount(); ++column) {
@@ -139,7 +139,7 @@ void TestTables::hiddenColumns()
 
 void TestTables::widthsOfBodies()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QWidget form;
     QTableWidget pattern(&form);
@@ -159,7 +159,7 @@ void TestTables::widthsOfBodies()
 
 void TestTables::widthsOfMarkers()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QWidget form;
     QTableWidget pattern(&form);
@@ -189,7 +189,7 @@ void TestTables::widthsOfMarkers()
 
 void TestTables::markerRows()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QCOMPARE(bench.send("3d", "3d 3 [12 1.0][1 2 3] [-4 -1][4 5 6] [12 0][7 8 9]"), 0);
     bench.panel->updateView3d();
@@ -222,7 +222,7 @@ void TestTables::markerTexts()
 {
     QFETCH(const QByteArray, number);
     QFETCH(const QString, text);
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QCOMPARE(bench.send("3d", "3d 1 [1 1.0][" + number + " 0 " + number + "]"), 0);
     bench.panel->updateView3d();
@@ -233,7 +233,7 @@ void TestTables::markerTexts()
 
 void TestTables::fewerMarkersLeaveFewerRows()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     QByteArray line = "3d 500";
     for (int i = 0; i < 500; ++i)

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -43,7 +43,7 @@ void TestTrackingReference::rows()
     QFETCH(const QString, answer);
     QFETCH(const bool, head);
     QFETCH(const int, row);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     if (head)
         bench.answerHead();
@@ -74,14 +74,14 @@ void TestTrackingReference::hostileReferences_data()
 void TestTrackingReference::hostileReferences()
 {
     QFETCH(const QString, number);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(3);
     bench.createPanel();
     bench.answer(QStringLiteral("tracking reference"), QStringLiteral("standard b") + number);
     for (const bool head : {false, true}) {
         if (head)
             bench.answerHead();
-        QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+        QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
         for (int row = 0; row < 3; ++row)
             QVERIFY(bench.background(row, NameColumn) != QBrush(Qt::blue));
     }
@@ -89,14 +89,14 @@ void TestTrackingReference::hostileReferences()
 
 void TestTrackingReference::referenceMayGo()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answer("tracking reference", "standard b01");
     bench.answer("body desc standard b01", "");
     bench.createConfiguredPanel();
     QCOMPARE(bench.text(0, NameColumn), QStringLiteral("reference"));
     bench.refuse("tracking reference");
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.text(0, NameColumn), QString());
     QCOMPARE(bench.background(0, NameColumn), QBrush(Qt::transparent));
 }

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QtTest>
 
@@ -19,7 +19,7 @@ const QBrush transparent(Qt::transparent);
 const QBrush mark(Qt::magenta); // what no redraw sets
 
 /// Three bodies on a backend that sends "6di" (1.24).
-struct ThreeBodies : PanelBench {
+struct ThreeBodies : PanelFixture {
     ThreeBodies() { answerBodies(3); }
 
     /// Paints the body and name cells of \a row so that a redraw that leaves them alone is seen.

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/endurance/faultyhost.h"
 #include "tests/endurance/linethread.h"
 
@@ -53,7 +53,7 @@ private:
     static bool isAnythingOpen();
     static const QTableWidget &tableOf(const DataDisplay &display, const char *name);
 
-    PanelBench backend; // answers, version and home; its own panel is not used
+    PanelFixture backend; // answers, version and home; its own panel is not used
     FaultyHost host;
     LineThread lines;
     QMainWindow window;

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelbench.h"
-#include "tests/endurance/amounts.h"
+#include "tests/display/panelfixture.h"
+#include "tests/endurance/crashreport.h"
 #include "tests/endurance/failingheap.h"
-#include "tests/endurance/lastbreath.h"
+#include "tests/endurance/repetitions.h"
 
 #include <QLoggingCategory>
 #include <QMap>
@@ -91,12 +91,12 @@ struct Fate {
 
     Stage stage = Struck; ///< how far it came
     long allocations = 0; ///< of the call, in all
-    LastBreath breath;
+    CrashReport crash;
 };
 
 /// What comes after \a act when its \a k-th allocation fails: lines, the ticks of the timers, the backend anew.
 /// Keeps the \a fate up to date.
-void liveOn(PanelBench &bench, const std::function<void()> &act, bool isRedraw, long k, Fate &fate)
+void liveOn(PanelFixture &bench, const std::function<void()> &act, bool isRedraw, long k, Fate &fate)
 {
     DataDisplay &panel = *bench.panel;
     ToldRows told;
@@ -130,14 +130,14 @@ void liveOn(PanelBench &bench, const std::function<void()> &act, bool isRedraw, 
 }
 
 /// Does so in a process of its own, as Qt may not survive it.
-Fate strike(PanelBench &bench, const std::function<void()> &act, bool isRedraw, long k)
+Fate strike(PanelFixture &bench, const std::function<void()> &act, bool isRedraw, long k)
 {
     void *const memory = ::mmap(nullptr, sizeof(Fate), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     auto *const shared = new (memory) Fate;
     const pid_t child = ::fork();
     if (child == 0) {
         ::alarm(20);
-        reportLastBreathTo(shared->breath);
+        reportCrashTo(shared->crash);
         std::fclose(stdout);
         std::fclose(stderr);
         liveOn(bench, act, isRedraw, k, *shared);
@@ -202,7 +202,7 @@ void TestAllocation::line()
     QFETCH(const QByteArray, before);
     QFETCH(const QByteArray, line);
     QFETCH(const bool, first);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(4);
     bench.answer("standard fixed_angle_present", inertial ? "false" : "true");
     bench.createConfiguredPanel();
@@ -268,7 +268,7 @@ void TestAllocation::guiThread()
 #endif
     QFETCH(const QByteArray, action);
     QFETCH(const bool, shown);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(bodyCount);
     bench.answerSensors({1, 2});
     bench.createConfiguredPanel();
@@ -304,14 +304,14 @@ void TestAllocation::guiThread()
     QMap<QByteArray, long> endsInQt;
     for (long k = 1; k <= unharmed.allocations; k += stride) {
         const Fate fate = strike(bench, act, isRedraw, k);
-        const QByteArray end = fate.breath.text.data();
-        if (fate.breath.place == LastBreath::InQt && fate.stage != Fate::DataThread) {
+        const QByteArray end = fate.crash.text.data();
+        if (fate.crash.place == CrashReport::InQt && fate.stage != Fate::DataThread) {
             ++endsInQt[end];
             continue;
         }
         const QString story = QStringLiteral("allocation %1: %2 in stage %3")
                                   .arg(QString::number(k), QString::fromLatin1(end), QString::number(fate.stage));
-        QVERIFY2(fate.breath.place == LastBreath::Alive && fate.stage == Fate::Done, qPrintable(story));
+        QVERIFY2(fate.crash.place == CrashReport::Alive && fate.stage == Fate::Done, qPrintable(story));
         ++survived;
     }
     const long ended = std::accumulate(endsInQt.cbegin(), endsInQt.cend(), 0L);

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "tests/contract/guestsession.h"
-#include "tests/endurance/amounts.h"
-#include "tests/endurance/liveheap.h"
+#include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
+#include "tests/endurance/repetitions.h"
 
 #include <QApplication>
 #include <QFile>
@@ -25,7 +25,7 @@ qint64 bytesOfEmptyLives(qint64 count)
     qint64 before = 0;
     for (qint64 i = 0; i < warmUp + count; ++i) {
         if (i == warmUp)
-            before = LiveHeap::now().bytes();
+            before = HeapSnapshot::now().bytes();
         QMainWindow window;
         auto *const dock = new QDockWidget(&window);
         dock->setWidget(new QTableWidget(3, 13));
@@ -36,7 +36,7 @@ qint64 bytesOfEmptyLives(qint64 count)
         dock->show();
         QCoreApplication::processEvents();
     }
-    return LiveHeap::now().bytes() - before;
+    return HeapSnapshot::now().bytes() - before;
 }
 
 bool isLibraryMapped()
@@ -115,7 +115,7 @@ void TestCycles::oneLifeAfterTheOther()
     qint64 cycle = 0;
     for (; cycle < warmUp + wanted && (cycle <= warmUp || !limit.isOver()); ++cycle) {
         if (cycle == warmUp) {
-            heapBefore = LiveHeap::now().bytes();
+            heapBefore = HeapSnapshot::now().bytes();
             handlesBefore = openHandles();
             widgetsBefore = QApplication::allWidgets().size();
         }
@@ -125,7 +125,7 @@ void TestCycles::oneLifeAfterTheOther()
         QCOMPARE(isLibraryMapped(), hints != QLibrary::LoadHints());
     }
     const qint64 measured = cycle - warmUp;
-    const qint64 growth = LiveHeap::now().bytes() - heapBefore;
+    const qint64 growth = HeapSnapshot::now().bytes() - heapBefore;
     const qint64 unavoidable = bytesOfEmptyLives(measured);
     qInfo("%lld cycles, heap %+lld bytes where empty windows take %+lld, handles %+d, widgets %+lld", measured, growth,
           unavoidable, openHandles() - handlesBefore,

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/amounts.h"
-#include "tests/endurance/liveheap.h"
-#include "tests/endurance/operatorsday.h"
+#include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
+#include "tests/endurance/repetitions.h"
+#include "tests/endurance/simulatedshift.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>
@@ -82,34 +82,34 @@ void TestSoak::daysGoByWithoutATrace()
 {
     const qint64 wanted = amount(1, 7 * hoursPerDay);
     const TimeLimit limit(20'000);
-    OperatorsDay day(timers);
-    const DataDisplay &panel = *day.bench.panel;
-    day.runHour();
+    SimulatedShift shift(timers);
+    const DataDisplay &panel = *shift.bench.panel;
+    shift.runHour();
     const Figures figures = figuresOf(panel, timers);
-    const LiveHeap start = LiveHeap::now();
+    const HeapSnapshot start = HeapSnapshot::now();
     const qint64 startInUse = heapInUse();
 
-    LiveHeap end = start;
+    HeapSnapshot end = start;
     qint64 hours = 0;
     while (hours < wanted && (hours == 0 || !limit.isOver())) {
-        day.runHour();
+        shift.runHour();
         ++hours;
-        end = LiveHeap::now();
+        end = HeapSnapshot::now();
         const Figures now = figuresOf(panel, timers);
         QVERIFY2(now == figures, qPrintable(now.text() + QStringLiteral(" after ") + figures.text()));
-        QVERIFY2(day.growthWithoutFilter() <= 0, qPrintable(QString::number(day.growthWithoutFilter())));
+        QVERIFY2(shift.growthWithoutFilter() <= 0, qPrintable(QString::number(shift.growthWithoutFilter())));
         QVERIFY2(end.bytes() - start.bytes() <= hours * mostBytesPerDay / hoursPerDay,
                  qPrintable(end.changesSince(start)));
-        QCOMPARE(day.linesRefused(), 0);
-        QCOMPARE(panel.storedLines(), day.linesSent());
-        QCOMPARE(day.bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("900.00"));
-        QCOMPARE(day.dialogsOpened(), hours + 1);
-        QCOMPARE(day.menusOpened(), hours + 1);
+        QCOMPARE(shift.linesRefused(), 0);
+        QCOMPARE(panel.storedLines(), shift.linesSent());
+        QCOMPARE(shift.bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("900.00"));
+        QCOMPARE(shift.dialogsOpened(), hours + 1);
+        QCOMPARE(shift.menusOpened(), hours + 1);
     }
     qInfo("%lld of %lld simulated hours after the first one: heap %+lld bytes in %+lld blocks, %+lld bytes by the C "
           "library's own figures; %s; in all %llu lines, %lld redraws, %lld sensor passes, %lld dialogs",
           hours, wanted, end.bytes() - start.bytes(), end.blocks() - start.blocks(), heapInUse() - startInUse,
-          qPrintable(figures.text()), day.linesSent(), day.redraws(), day.sensorPasses(), day.dialogsOpened());
+          qPrintable(figures.text()), shift.linesSent(), shift.redraws(), shift.sensorPasses(), shift.dialogsOpened());
 }
 
 QTEST_MAIN(TestSoak)

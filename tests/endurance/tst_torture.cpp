@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/endurance/faultyhost.h"
 
 #include <QLoggingCategory>
@@ -84,10 +84,10 @@ QByteArrayList expectedRecord(const QByteArrayList &record)
 }
 
 /// A panel on a backend that has an answer to everything.
-class TortureBench : public PanelBench {
+class TortureFixture : public PanelFixture {
 public:
-    explicit TortureBench(const BackendVersions &backend)
-        : PanelBench(backend.backendMajor, backend.backendMinor, -1)
+    explicit TortureFixture(const BackendVersions &backend)
+        : PanelFixture(backend.backendMajor, backend.backendMinor, -1)
         , faulty(host)
     {
         answerBodies(3);
@@ -153,7 +153,7 @@ private slots:
 
 private:
     static void addVersions(std::initializer_list<std::pair<int, int>> versions);
-    static void compareSensors(const TortureBench &bench, const QSet<QByteArray> &failed);
+    static void compareSensors(const TortureFixture &bench, const QSet<QByteArray> &failed);
 };
 
 void TestTorture::addVersions(std::initializer_list<std::pair<int, int>> versions)
@@ -180,7 +180,7 @@ void TestTorture::configuration()
 {
     QFETCH(const BackendVersions, backend);
     QFETCH(const int, length);
-    TortureBench bench(backend);
+    TortureFixture bench(backend);
     bench.faulty.failNothing();
     bench.configure();
     const int calls = bench.faulty.count;
@@ -190,7 +190,7 @@ void TestTorture::configuration()
     const QStringList completeCalls = (bench.takeCalls(), bench.configure(), bench.takeCalls());
 
     for (int k = 1; k <= calls; ++k) {
-        TortureBench struck(backend);
+        TortureFixture struck(backend);
         struck.faulty.fail(k, qMax(k, length));
         struck.configure();
         if (struck.faulty.count < k)
@@ -201,7 +201,7 @@ void TestTorture::configuration()
         QVERIFY2(!length || struck.faulty.record.size() >= 1, first);
 
         // The same panel, had the backend answered with what a failure counts as.
-        TortureBench answered(backend);
+        TortureFixture answered(backend);
         answered.faulty.fail(k, qMax(k, length));
         answered.faulty.substitute = [](const QByteArray &command) {
             const FaultRule *const rule = ruleOf(command);
@@ -235,7 +235,7 @@ void TestTorture::sensorPass_data()
 
 /// The rows of the two sensors after a pass in which the queries \a failed had no answer, and had one in the pass
 /// before.
-void TestTorture::compareSensors(const TortureBench &bench, const QSet<QByteArray> &failed)
+void TestTorture::compareSensors(const TortureFixture &bench, const QSet<QByteArray> &failed)
 {
     const std::map<int, QByteArray> sensors{{1, "d01"}, {3, "d02"}};
     for (const auto &[row, sensor] : sensors) {
@@ -258,7 +258,7 @@ void TestTorture::sensorPass()
 {
     QFETCH(const BackendVersions, backend);
     QFETCH(const int, length);
-    TortureBench bench(backend);
+    TortureFixture bench(backend);
     bench.configure();
     bench.faulty.failNothing();
     bench.panel->timerUpdateInertialSensorInfo();

@@ -3,7 +3,7 @@
 #include "filter/filterdialog.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/hostile/hostilefile.h"
 
 #include <QComboBox>
@@ -113,11 +113,11 @@ void TestHostileAnswers::theTableShowsThemAsPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.host.answers.insert(bodyQuery("body desc"), answer);
     DataDisplay &panel = bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.text(0, NameColumn), shown);
     for (int column = 0; column < bench.table6d().columnCount(); ++column) {
         const QTableWidgetItem *item = bench.table6d().item(0, column);
@@ -134,14 +134,14 @@ void TestHostileAnswers::theReferenceIsNamedInPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.host.answers.insert(bodyQuery("body desc"), answer);
     bench.host.answers.insert("tracking reference", "standard b01");
     bench.createConfiguredPanel();
     QCOMPARE(bench.text(0, NameColumn), shown.isEmpty() ? QStringLiteral("reference") : shown);
     bench.host.answers.insert("tracking reference", answer); // which names no body
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.background(0, NameColumn).color(), QColor(Qt::transparent));
 }
 
@@ -149,7 +149,7 @@ void TestHostileAnswers::theFilterDialogShowsThemAsPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     const QByteArrayList yesQuestions{"config is_changeable", "filter6d available standard",
                                       bodyQuery("body filter6d_enabled")};
@@ -182,25 +182,25 @@ void TestHostileAnswers::theFilterDialogShowsThemAsPlainText()
 void TestHostileAnswers::theyAreNoYes()
 {
     QFETCH(const QByteArray, answer);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.host.answers.insert(bodyQuery("body calibrated"), answer);
     bench.createConfiguredPanel();
     QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
     bench.host.answers.insert(bodyQuery("body calibrated"), "yes");
     bench.host.answers.insert(bodyQuery("body filter6d_enabled"), answer);
-    QCOMPARE(PanelBench::logs(bench.reconfigure()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
     QCOMPARE(bench.text(0, FilterColumn), QString());
 }
 
 void TestHostileAnswers::theyAreNoNumber()
 {
     QFETCH(const QByteArray, answer);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.host.answers.insert("standard number_of_bodies", answer);
     bench.createPanel();
-    QCOMPARE(PanelBench::logs(bench.reconfigure()),
+    QCOMPARE(PanelFixture::logs(bench.reconfigure()),
              QStringList(QStringLiteral("Error: Unable to get number of bodies")));
     QCOMPARE(bench.table6d().rowCount(), 0);
 }
@@ -209,7 +209,7 @@ void TestHostileAnswers::sensorsAreAskedForWordForWord()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answerSensors({1});
     bench.host.answers.insert(bodyQuery("body inertial_sensor"), answer);

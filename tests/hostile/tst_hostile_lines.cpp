@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/hostile/hostilefile.h"
 
 #include <QtTest>
@@ -95,7 +95,7 @@ QByteArray colourName(const QBrush &brush)
     return colour == QColor(Qt::red) ? "red" : colour.name().toLatin1();
 }
 
-QByteArray shownBodies(const PanelBench &bench)
+QByteArray shownBodies(const PanelFixture &bench)
 {
     QByteArrayList bodies;
     for (int row = 0; row < bench.table6d().rowCount(); ++row) {
@@ -108,7 +108,7 @@ QByteArray shownBodies(const PanelBench &bench)
     return bodies.join("; ");
 }
 
-QByteArray shownMarkers(const PanelBench &bench)
+QByteArray shownMarkers(const PanelFixture &bench)
 {
     QByteArrayList markers;
     for (int row = 0; row < bench.table3d().rowCount(); ++row) {
@@ -133,7 +133,7 @@ QByteArray goodLine(const QByteArray &tag)
     return "6d 2 [0 1][1 2 3 0 0 0]" + rest + "[1 1][4 5 6 0 0 0]" + rest;
 }
 
-QByteArray shownAfter(PanelBench &bench, const QByteArray &tag)
+QByteArray shownAfter(PanelFixture &bench, const QByteArray &tag)
 {
     bench.panel->updateView6d();
     bench.panel->updateView3d();
@@ -175,7 +175,7 @@ void TestHostileLines::lines()
     QFETCH(const int, result);
     QFETCH(const QByteArray, shown);
     const QByteArray tag = file.section(QLatin1Char('.'), 1, 1).toLatin1();
-    PanelBench bench(1, tag == "6di" ? 24 : 11); // before 1.12 the format with measured angles is read
+    PanelFixture bench(1, tag == "6di" ? 24 : 11); // before 1.12 the format with measured angles is read
     bench.answerBodies(2);
     bench.createConfiguredPanel();
     const QByteArray good = goodLine(tag);
@@ -185,7 +185,7 @@ void TestHostileLines::lines()
     const QByteArray line = hostileInput(folder, file);
     QCOMPARE(bench.send(tag.constData(), line), result);
     QCOMPARE(shownAfter(bench, tag), shown);
-    QCOMPARE(PanelBench::logs(bench.takeCalls()), QStringList());
+    QCOMPARE(PanelFixture::logs(bench.takeCalls()), QStringList());
 
     QCOMPARE(bench.send(tag.constData(), good), stored);
     QCOMPARE(shownAfter(bench, tag), shownBefore);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/hostile/hostilefile.h"
 
 #include <QDir>
@@ -52,7 +52,7 @@ QByteArray contentOf(const QString &name)
 }
 
 /// Brings about what \a file is or says; the home of \a bench may become another.
-void prepare(PanelBench &bench, const QString &file)
+void prepare(PanelFixture &bench, const QString &file)
 {
     const QString path = bench.preferencesFile();
     const QString place = file.endsWith(QLatin1String(".place")) ? file.section(QLatin1Char('.'), 0, 0) : QString();
@@ -76,7 +76,7 @@ void prepare(PanelBench &bench, const QString &file)
 }
 
 /// Saves with room for no more than \a room bytes in a file, and returns what was logged.
-QStringList saveInto(PanelBench &bench, rlim_t room)
+QStringList saveInto(PanelFixture &bench, rlim_t room)
 {
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
     rlimit oldLimit{};
@@ -90,17 +90,17 @@ QStringList saveInto(PanelBench &bench, rlim_t room)
     setrlimit(RLIMIT_FSIZE, &limit);
     bench.takeCalls();
     bench.panel->prepareShutdown();
-    return PanelBench::logs(bench.takeCalls());
+    return PanelFixture::logs(bench.takeCalls());
 }
 
-int widthOf(const PanelBench &bench)
+int widthOf(const PanelFixture &bench)
 {
     return bench.table3d().columnWidth(2);
 }
 
 int builtInWidth()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     return widthOf(bench);
 }
@@ -150,13 +150,13 @@ void TestHostilePreferences::preferences()
     QFETCH(const int, width);
     QFETCH(const QString, saving);
     const int expectedWidth = width == builtIn ? builtInWidth() : width;
-    PanelBench bench;
+    PanelFixture bench;
     prepare(bench, file);
     const QString path = QDir::homePath() + bench.preferencesFile().mid(bench.home.path().size()); // in the home of now
     const QByteArray before = contentOf(path == bench.preferencesFile() && QFileInfo(path).isFile() ? path : QString());
 
     bench.createPanel();
-    compareMessage(PanelBench::logs(bench.takeCalls()), loading);
+    compareMessage(PanelFixture::logs(bench.takeCalls()), loading);
     QCOMPARE(widthOf(bench), expectedWidth);
 
     const bool full = file == QLatin1String("full-disk.place");

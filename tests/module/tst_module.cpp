@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "module/datadisplaymodule.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -12,13 +12,13 @@
 
 namespace {
 
-QString fileOfPreferences(const PanelBench &bench)
+QString fileOfPreferences(const PanelFixture &bench)
 {
     return bench.preferencesFile();
 }
 
-/// A module in a main window, with the host's objects of a panel bench.
-struct LoadedModule : PanelBench {
+/// A module in a main window, with the host's objects of a panel fixture.
+struct LoadedModule : PanelFixture {
     LoadedModule()
     {
         module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&host));
@@ -211,7 +211,7 @@ void TestModule::releaseWithoutEntries()
 
 void TestModule::destructionLeavesTheWidgets()
 {
-    PanelBench bench;
+    PanelFixture bench;
     QMainWindow window;
     auto module = std::make_unique<DataDisplayModule>();
     module->setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&bench.host));

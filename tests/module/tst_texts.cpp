@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "module/datadisplaymodule.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QAction>
 #include <QDockWidget>
@@ -70,7 +70,7 @@ void TestTexts::cleanupTestCase()
 
 void TestTexts::entry()
 {
-    PanelBench bench;
+    PanelFixture bench;
     QMainWindow window;
     DataDisplayModule module;
     module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&bench.host));
@@ -91,7 +91,7 @@ void TestTexts::entry()
 
 void TestTexts::form()
 {
-    PanelBench bench;
+    PanelFixture bench;
     const DataDisplay &panel = bench.createPanel();
     QCOMPARE(panel.windowTitle(), QStringLiteral("DataDisplayWidget|Form"));
     QCOMPARE(bench.table6d().whatsThis(),
@@ -104,7 +104,7 @@ void TestTexts::form()
 
 void TestTexts::headers()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.createPanel();
     const QStringList bodies{
         QStringLiteral("Body ID"),   QStringLiteral("Name"),     QStringLiteral("Filter"),
@@ -119,7 +119,7 @@ void TestTexts::headers()
 
 void TestTexts::cells()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answer("body calibrated standard b01", "no");
     bench.createConfiguredPanel();
@@ -133,7 +133,7 @@ void TestTexts::cells()
 
 void TestTexts::logAndCommands()
 {
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(1);
     bench.answerHead();
     bench.refuse("output available 6di");

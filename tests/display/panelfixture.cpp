@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 #include <QDir>
 
-PanelBench::PanelBench(int major, int minor, int patch)
+PanelFixture::PanelFixture(int major, int minor, int patch)
 {
     versions.backendMajor = major;
     versions.backendMinor = minor;
@@ -22,13 +22,13 @@ PanelBench::PanelBench(int major, int minor, int patch)
     }
 }
 
-DataDisplay &PanelBench::createPanel()
+DataDisplay &PanelFixture::createPanel()
 {
     panel = std::make_unique<DataDisplay>(&host, nullptr, &versions, QStringLiteral("v2.2.6"));
     return *panel;
 }
 
-DataDisplay &PanelBench::createConfiguredPanel()
+DataDisplay &PanelFixture::createConfiguredPanel()
 {
     createPanel();
     panel->configurationChanged();
@@ -36,7 +36,7 @@ DataDisplay &PanelBench::createConfiguredPanel()
     return *panel;
 }
 
-void PanelBench::answerBodies(int count)
+void PanelFixture::answerBodies(int count)
 {
     answer(QStringLiteral("standard number_of_bodies"), QString::number(count));
     for (int i = 1; i <= count; ++i) {
@@ -49,7 +49,7 @@ void PanelBench::answerBodies(int count)
     }
 }
 
-void PanelBench::answerHead()
+void PanelFixture::answerHead()
 {
     for (const char *const question : {"wandor multiuser_available", "wandor multiuser",
                                        "wandor multiuser_with_head_available", "wandor multiuser_with_head"})
@@ -59,7 +59,7 @@ void PanelBench::answerHead()
     answer("body active multiuserwandor_head b01", "yes");
 }
 
-void PanelBench::answerSensors(const QList<int> &bodies)
+void PanelFixture::answerSensors(const QList<int> &bodies)
 {
     answer("inertial available", "yes");
     answer(QStringLiteral("inertial number_of_sensors"), QString::number(bodies.size()));
@@ -75,12 +75,12 @@ void PanelBench::answerSensors(const QList<int> &bodies)
     }
 }
 
-void PanelBench::answer(const char *command, const char *text)
+void PanelFixture::answer(const char *command, const char *text)
 {
     answer(QLatin1String(command), QString::fromUtf8(text));
 }
 
-QStringList PanelBench::takeCalls()
+QStringList PanelFixture::takeCalls()
 {
     QStringList taken;
     for (const QByteArray &call : host.takeCalls())
@@ -88,7 +88,7 @@ QStringList PanelBench::takeCalls()
     return taken;
 }
 
-QStringList PanelBench::logs(const QStringList &calls)
+QStringList PanelFixture::logs(const QStringList &calls)
 {
     QStringList texts;
     for (const QString &call : calls) {
@@ -98,25 +98,25 @@ QStringList PanelBench::logs(const QStringList &calls)
     return texts;
 }
 
-QString PanelBench::text(int row, int column) const
+QString PanelFixture::text(int row, int column) const
 {
     const QTableWidgetItem *const item = table6d().item(row, column);
     return item ? item->text() : QStringLiteral("<no item>");
 }
 
-QStringList PanelBench::reconfigure()
+QStringList PanelFixture::reconfigure()
 {
     takeCalls();
     panel->configurationChanged();
     return takeCalls();
 }
 
-QString PanelBench::preferencesDir() const
+QString PanelFixture::preferencesDir() const
 {
     return home.path() + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/v2.2.6/config");
 }
 
-void PanelBench::writePreferences(const QByteArray &content) const
+void PanelFixture::writePreferences(const QByteArray &content) const
 {
     QDir().mkpath(preferencesDir());
     QFile file(preferencesFile());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelbench.h"
-#include "tests/endurance/amounts.h"
+#include "tests/display/panelfixture.h"
+#include "tests/endurance/repetitions.h"
 
 #include <QLoggingCategory>
 #include <QtTest>
@@ -33,7 +33,7 @@ quint64 lineCount(const DataDisplay &panel, const char *name)
 } // namespace
 
 /// No line is lost unseen: each that the data thread sends is stored, refused, dropped or ignored, and counted once.
-class TestLossHonesty : public QObject {
+class TestLineAccounting : public QObject {
     Q_OBJECT
 
 private slots:
@@ -42,22 +42,22 @@ private slots:
     void everyLineIsAccountedFor();
 };
 
-void TestLossHonesty::initTestCase()
+void TestLineAccounting::initTestCase()
 {
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of the offscreen platform
 }
 
-void TestLossHonesty::everyLineIsAccountedFor_data()
+void TestLineAccounting::everyLineIsAccountedFor_data()
 {
     QTest::addColumn<bool>("reconfigured");
     QTest::newRow("while the views redraw") << false;
     QTest::newRow("while the views redraw and the configuration comes and goes") << true;
 }
 
-void TestLossHonesty::everyLineIsAccountedFor()
+void TestLineAccounting::everyLineIsAccountedFor()
 {
     QFETCH(const bool, reconfigured);
-    PanelBench bench;
+    PanelFixture bench;
     bench.answerBodies(50);
     bench.createConfiguredPanel().show();
     DataDisplay &panel = *bench.panel;
@@ -115,5 +115,5 @@ void TestLossHonesty::everyLineIsAccountedFor()
     QVERIFY(ignored > 0);
 }
 
-QTEST_MAIN(TestLossHonesty)
-#include "tst_losshonesty.moc"
+QTEST_MAIN(TestLineAccounting)
+#include "tst_lineaccounting.moc"

@@ -5,7 +5,7 @@
 #include <array>
 
 /// Where a process came to its end. Lies in memory that it shares with its parent.
-struct LastBreath {
+struct CrashReport {
     enum Place { Alive, InOurCode, InQt, Elsewhere };
 
     Place place = Alive;
@@ -15,4 +15,4 @@ struct LastBreath {
 /// From now on a crash or an exception that nobody may let pass is written to \a report, and ends the process. The
 /// place is that of the function which crashed, or which does not let the exception pass; functions of the system
 /// count as those that called them. All of this executable is our code.
-void reportLastBreathTo(LastBreath &report);
+void reportCrashTo(CrashReport &report);

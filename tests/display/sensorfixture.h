@@ -4,11 +4,11 @@
 
 #include "display/batterybar.h"
 #include "display/temperaturebar.h"
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 
 /// A panel for two bodies, the second of which has the sensor d01.
-struct SensorBench : PanelBench {
-    SensorBench()
+struct SensorFixture : PanelFixture {
+    SensorFixture()
     {
         answerBodies(2);
         answerSensors({2});

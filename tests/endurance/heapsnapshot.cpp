@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/liveheap.h"
+#include "tests/endurance/heapsnapshot.h"
 
 #include <QStringList>
 
@@ -12,7 +12,7 @@
 
 #include <malloc.h>
 
-QString LiveHeap::changesSince(const LiveHeap &earlier) const
+QString HeapSnapshot::changesSince(const HeapSnapshot &earlier) const
 {
     QStringList changes;
     for (std::size_t size = 0; size < sizeCount; ++size) {
@@ -28,9 +28,9 @@ QString LiveHeap::changesSince(const LiveHeap &earlier) const
 // GCC has the function, but not its header.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 
-LiveHeap LiveHeap::now()
+HeapSnapshot HeapSnapshot::now()
 {
-    LiveHeap heap;
+    HeapSnapshot heap;
     heap.liveBytes = static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
     return heap;
 }
@@ -40,7 +40,7 @@ LiveHeap LiveHeap::now()
 namespace {
 
 std::atomic<qint64> bytesInUse{0};
-std::array<std::atomic<qint64>, LiveHeap::sizeCount> counts{};
+std::array<std::atomic<qint64>, HeapSnapshot::sizeCount> counts{};
 
 /// Behind each block, at the end of what the C library gave for it: the size that was asked for. The size given depends
 /// on which remainder was at hand.
@@ -54,7 +54,7 @@ char *footerOf(void *block)
 void count(std::size_t size, qint64 sign)
 {
     const std::size_t place =
-        std::min((size + LiveHeap::stepOfSize - 1) / LiveHeap::stepOfSize, LiveHeap::sizeCount - 1);
+        std::min((size + HeapSnapshot::stepOfSize - 1) / HeapSnapshot::stepOfSize, HeapSnapshot::sizeCount - 1);
     bytesInUse.fetch_add(sign * static_cast<qint64>(size), std::memory_order_relaxed);
     counts[place].fetch_add(sign, std::memory_order_relaxed);
 }
@@ -78,9 +78,9 @@ std::size_t sizeOf(void *block)
 
 } // namespace
 
-LiveHeap LiveHeap::now()
+HeapSnapshot HeapSnapshot::now()
 {
-    LiveHeap heap;
+    HeapSnapshot heap;
     heap.liveBytes = bytesInUse;
     for (std::size_t size = 0; size < sizeCount; ++size) {
         heap.blocksOfSize[size] = counts[size];

@@ -14,10 +14,10 @@
 #include <memory>
 
 /// A panel on a scripted host, in a home of its own.
-class PanelBench {
+class PanelFixture {
 public:
     /// The backend has the version \a major . \a minor . \a patch, and answers everything a panel without bodies asks.
-    explicit PanelBench(int major = 1, int minor = 24, int patch = 0);
+    explicit PanelFixture(int major = 1, int minor = 24, int patch = 0);
 
     DataDisplay &createPanel();
     /// A panel after a first reconfiguration, with the calls so far taken.

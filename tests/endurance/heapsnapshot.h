@@ -9,15 +9,15 @@
 
 /// The blocks of the heap that are allocated and not released, by whatever means. The C library's own figures count
 /// what it keeps for the next allocations, too, and that differs from run to run.
-class LiveHeap {
+class HeapSnapshot {
 public:
     /// The figures of now. Under a sanitizer, which has a heap of its own, only the bytes.
-    static LiveHeap now();
+    static HeapSnapshot now();
 
     qint64 bytes() const { return liveBytes; }
     qint64 blocks() const { return liveBlocks; }
     /// The sizes of which there are more or fewer blocks than in \a earlier: "+2 of 64 bytes, -1 of 32 bytes".
-    QString changesSince(const LiveHeap &earlier) const;
+    QString changesSince(const HeapSnapshot &earlier) const;
 
     static constexpr std::size_t stepOfSize = 16; ///< [byte]
     static constexpr std::size_t sizeCount = 1024; ///< the last one is of all larger blocks

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/display/panelbench.h"
+#include "tests/display/panelfixture.h"
 #include "tests/display/paneltimers.h"
 #include "tests/endurance/linethread.h"
 
@@ -10,12 +10,12 @@
 /// work. Every ten minutes the backend goes and comes back with fewer or more bodies, sensors are switched off and on,
 /// and the panel is hidden and shown; once in an hour the operator opens the menu and sets a filter in the dialog.
 /// GUI thread.
-class OperatorsDay : public QObject {
+class SimulatedShift : public QObject {
     Q_OBJECT
 
 public:
     /// \a timers have learned already.
-    explicit OperatorsDay(const PanelTimers &timers);
+    explicit SimulatedShift(const PanelTimers &timers);
 
     /// Lets an hour pass. It ends with the same bodies, markers and settings each time, and nothing left to do.
     void runHour();
@@ -30,7 +30,7 @@ public:
     qint64 menusOpened() const { return menuCount; }
     qint64 dialogsOpened() const { return dialogCount; }
 
-    PanelBench bench;
+    PanelFixture bench;
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/lastbreath.h"
+#include "tests/endurance/crashreport.h"
 
 #include <csignal>
 #include <cstdint>
@@ -14,16 +14,16 @@
 
 namespace {
 
-using Place = LastBreath::Place;
+using Place = CrashReport::Place;
 
-LastBreath *breath = nullptr;
+CrashReport *crash = nullptr;
 
 struct Frame {
     std::uintptr_t address = 0;
     bool wasInterrupted = false; ///< by a signal
     bool endsException = false; ///< an exception that comes by here terminates the process
     Dl_info info{};
-    Place place = LastBreath::Elsewhere;
+    Place place = CrashReport::Elsewhere;
 };
 
 struct Stack {
@@ -34,11 +34,11 @@ struct Stack {
 Place placeOf(const Dl_info &info)
 {
     Dl_info own{};
-    ::dladdr(reinterpret_cast<const void *>(&reportLastBreathTo), &own);
+    ::dladdr(reinterpret_cast<const void *>(&reportCrashTo), &own);
     if (info.dli_fbase == own.dli_fbase)
-        return LastBreath::InOurCode;
+        return CrashReport::InOurCode;
     const bool isQt = info.dli_fname && (std::strstr(info.dli_fname, "libQt5") || std::strstr(info.dli_fname, "libq"));
-    return isQt ? LastBreath::InQt : LastBreath::Elsewhere;
+    return isQt ? CrashReport::InQt : CrashReport::Elsewhere;
 }
 
 std::uintptr_t readUleb(const unsigned char *&place)
@@ -113,16 +113,16 @@ template<typename Condition>
     while (guilty < stack.size && !isGuilty(stack.frames[guilty]))
         ++guilty;
     std::size_t ours = guilty;
-    while (ours < stack.size && stack.frames[ours].place != LastBreath::InOurCode)
+    while (ours < stack.size && stack.frames[ours].place != CrashReport::InOurCode)
         ++ours;
-    breath->place = guilty < stack.size ? stack.frames[guilty].place : LastBreath::Elsewhere;
+    crash->place = guilty < stack.size ? stack.frames[guilty].place : CrashReport::Elsewhere;
     std::array<char, 120> where{};
     std::array<char, 120> caller{};
     if (guilty < stack.size)
         describe(stack.frames[guilty], where.data(), where.size());
     if (ours < stack.size)
         describe(stack.frames[ours], caller.data(), caller.size());
-    std::snprintf(breath->text.data(), breath->text.size(), "%s %s %s", what, where.data(), caller.data());
+    std::snprintf(crash->text.data(), crash->text.size(), "%s %s %s", what, where.data(), caller.data());
     ::_exit(1);
 }
 
@@ -131,10 +131,10 @@ template<typename Condition>
     static Stack stack;
     _Unwind_Backtrace(addFrame, &stack);
     std::size_t first = 0;
-    while (first < stack.size && stack.frames[first].place == LastBreath::InOurCode)
+    while (first < stack.size && stack.frames[first].place == CrashReport::InOurCode)
         ++first; // this function
     report("exception", stack, first,
-           [](const Frame &frame) { return frame.endsException && frame.place != LastBreath::Elsewhere; });
+           [](const Frame &frame) { return frame.endsException && frame.place != CrashReport::Elsewhere; });
 }
 
 void onSignal(int signal)
@@ -144,14 +144,14 @@ void onSignal(int signal)
     std::size_t first = 0;
     while (first < stack.size && !stack.frames[first].wasInterrupted)
         ++first; // this function
-    report(::strsignal(signal), stack, first, [](const Frame &frame) { return frame.place != LastBreath::Elsewhere; });
+    report(::strsignal(signal), stack, first, [](const Frame &frame) { return frame.place != CrashReport::Elsewhere; });
 }
 
 } // namespace
 
-void reportLastBreathTo(LastBreath &report)
+void reportCrashTo(CrashReport &report)
 {
-    breath = &report;
+    crash = &report;
     std::set_terminate(onTerminate);
     for (const int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGILL, SIGTRAP})
         std::signal(signal, onSignal);

@@ -6,7 +6,7 @@
 
 /// Bodies and markers on their way, whose numbers are others in every frame; now and then one is lost. The same frame
 /// gives the same lines.
-namespace MovingTarget {
+namespace SyntheticLines {
 
 constexpr int framesPerSecond = 60;
 constexpr int mostMarkers = 40;
@@ -16,4 +16,4 @@ QByteArray bodyLine(qint64 frame, int bodies);
 /// The "3d" line of \a frame with as many markers as \a frame has of them, at most mostMarkers.
 QByteArray markerLine(qint64 frame);
 
-} // namespace MovingTarget
+} // namespace SyntheticLines

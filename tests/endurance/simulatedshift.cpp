@@ -1,12 +1,12 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/operatorsday.h"
+#include "tests/endurance/simulatedshift.h"
 
 #include "display/sensorschedule.h"
 #include "display/zeltablewidget.h"
 #include "tests/display/openwidgets.h"
-#include "tests/endurance/liveheap.h"
-#include "tests/endurance/movingtarget.h"
+#include "tests/endurance/heapsnapshot.h"
+#include "tests/endurance/syntheticlines.h"
 #include "tests/filter/filterscript.h"
 
 #include <QApplication>
@@ -22,7 +22,7 @@
 namespace {
 
 constexpr int redrawsPerSecond = 5;
-constexpr int framesPerRedraw = MovingTarget::framesPerSecond / redrawsPerSecond;
+constexpr int framesPerRedraw = SyntheticLines::framesPerSecond / redrawsPerSecond;
 constexpr int fewBodies = 6;
 constexpr int manyBodies = 8;
 constexpr int secondsOfRound = 600;
@@ -39,7 +39,7 @@ void waitUntilPainted(QWidget &window)
 
 } // namespace
 
-OperatorsDay::OperatorsDay(const PanelTimers &knownTimers)
+SimulatedShift::SimulatedShift(const PanelTimers &knownTimers)
     : bench(2, 0)
     , timers(knownTimers)
 {
@@ -60,24 +60,24 @@ OperatorsDay::OperatorsDay(const PanelTimers &knownTimers)
 }
 
 /// The panel's own clocks: time is simulated.
-bool OperatorsDay::eventFilter(QObject *receiver, QEvent *event)
+bool SimulatedShift::eventFilter(QObject *receiver, QEvent *event)
 {
     return event->type() == QEvent::Timer && bench.panel
         && (receiver == &timers.viewTimer(*bench.panel) || receiver == &timers.sensorTimer(*bench.panel));
 }
 
-void OperatorsDay::runHour()
+void SimulatedShift::runHour()
 {
-    LiveHeap before;
+    HeapSnapshot before;
     for (int round = 0; round < roundsOfHour; ++round) {
         runRound(round == 0);
         if (round == 1)
-            before = LiveHeap::now(); // the round after the dialog may still undo something of it
+            before = HeapSnapshot::now(); // the round after the dialog may still undo something of it
     }
-    growth = LiveHeap::now().blocks() - before.blocks();
+    growth = HeapSnapshot::now().blocks() - before.blocks();
 }
 
-void OperatorsDay::runRound(bool withFilter)
+void SimulatedShift::runRound(bool withFilter)
 {
     for (int second = 0; second < secondsOfRound; ++second) {
         actAt(second, withFilter);
@@ -89,7 +89,7 @@ void OperatorsDay::runRound(bool withFilter)
     rest();
 }
 
-void OperatorsDay::actAt(int secondOfRound, bool withFilter)
+void SimulatedShift::actAt(int secondOfRound, bool withFilter)
 {
     switch (secondOfRound) {
     case 60:
@@ -115,7 +115,7 @@ void OperatorsDay::actAt(int secondOfRound, bool withFilter)
     }
 }
 
-void OperatorsDay::configure(int newBodies)
+void SimulatedShift::configure(int newBodies)
 {
     bodies = newBodies;
     bench.answer(QStringLiteral("standard number_of_bodies"), QString::number(bodies));
@@ -124,10 +124,10 @@ void OperatorsDay::configure(int newBodies)
     nextSensorPass = seconds * 1000 + firstSensorInterval;
 }
 
-void OperatorsDay::lookAtMenu()
+void SimulatedShift::lookAtMenu()
 {
     bench.panel->findChild<ZelTableWidget *>()->onCellPressed(presetRow, FilterColumn);
-    whenOpen(openMenu, [this](QWidget *menu) {
+    onceOpen(openMenu, [this](QWidget *menu) {
         ++menuCount;
         waitUntilPainted(*menu);
         menu->close();
@@ -136,12 +136,12 @@ void OperatorsDay::lookAtMenu()
     QCoreApplication::sendEvent(bench.table6d().viewport(), &event);
 }
 
-void OperatorsDay::lookAtFilter()
+void SimulatedShift::lookAtFilter()
 {
     scriptBody(bench.host, "standard b02", "preset6d_custom", "0.50", "0.020", "mode6d_static");
     auto *const table = bench.panel->findChild<ZelTableWidget *>();
     table->onCellPressed(presetRow, FilterColumn);
-    whenOpen(openDialog, [this](QWidget *dialog) {
+    onceOpen(openDialog, [this](QWidget *dialog) {
         ++dialogCount;
         waitUntilPainted(*dialog);
         QTest::keyClick(dialog->findChild<QComboBox *>(QStringLiteral("comboBox_preset")), Qt::Key_Up);
@@ -150,7 +150,7 @@ void OperatorsDay::lookAtFilter()
     table->displayFilterDlg();
 }
 
-void OperatorsDay::runSecond()
+void SimulatedShift::runSecond()
 {
     for (int i = 0; i < redrawsPerSecond; ++i) {
         deliverFrames(frame, framesPerRedraw);
@@ -160,19 +160,19 @@ void OperatorsDay::runSecond()
     ++seconds;
 }
 
-void OperatorsDay::deliverFrames(qint64 first, int count)
+void SimulatedShift::deliverFrames(qint64 first, int count)
 {
     std::vector<LineThread::Line> due;
     for (qint64 number = first; number < first + count; ++number) {
-        due.push_back({"6di", MovingTarget::bodyLine(number, bodies)});
-        due.push_back({"3d", MovingTarget::markerLine(number)});
+        due.push_back({"6di", SyntheticLines::bodyLine(number, bodies)});
+        due.push_back({"3d", SyntheticLines::markerLine(number)});
     }
     lines.post(due);
     lines.drain(); // a line that meets a redraw is dropped, and the rounds would differ
     sent += due.size();
 }
 
-void OperatorsDay::redraw()
+void SimulatedShift::redraw()
 {
     if (!timers.viewTimer(*bench.panel).isActive())
         return;
@@ -181,7 +181,7 @@ void OperatorsDay::redraw()
     ++redrawCount;
 }
 
-void OperatorsDay::passOverSensors(int secondOfRound)
+void SimulatedShift::passOverSensors(int secondOfRound)
 {
     const QTimer &timer = timers.sensorTimer(*bench.panel);
     if (!timer.isActive() || seconds * 1000 < nextSensorPass)
@@ -192,7 +192,7 @@ void OperatorsDay::passOverSensors(int secondOfRound)
     ++sensorPassCount;
 }
 
-void OperatorsDay::rest()
+void SimulatedShift::rest()
 {
     deliverFrames(0, 1);
     redraw();
@@ -207,7 +207,7 @@ void OperatorsDay::rest()
 }
 
 /// As the event loop of a host does it: what was to be deleted later is deleted.
-void OperatorsDay::runEvents()
+void SimulatedShift::runEvents()
 {
     QCoreApplication::processEvents();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/movingtarget.h"
+#include "tests/endurance/syntheticlines.h"
 
 #include <array>
 #include <charconv>
@@ -47,14 +47,14 @@ private:
 
 int markersOf(qint64 frame)
 {
-    constexpr int range = MovingTarget::mostMarkers - fewestMarkers;
+    constexpr int range = SyntheticLines::mostMarkers - fewestMarkers;
     const int phase = static_cast<int>(frame % (2 * range)); // up and down again
     return fewestMarkers + (phase < range ? phase : 2 * range - phase);
 }
 
 } // namespace
 
-QByteArray MovingTarget::bodyLine(qint64 frame, int bodies)
+QByteArray SyntheticLines::bodyLine(qint64 frame, int bodies)
 {
     const double time = static_cast<double>(frame) / framesPerSecond;
     const auto second = frame / framesPerSecond;
@@ -72,7 +72,7 @@ QByteArray MovingTarget::bodyLine(qint64 frame, int bodies)
     return line.take();
 }
 
-QByteArray MovingTarget::markerLine(qint64 frame)
+QByteArray SyntheticLines::markerLine(qint64 frame)
 {
     const double angle = std::fmod(static_cast<double>(frame) * 0.0061, 6.28);
     const double x = 900.0 * std::cos(angle);
