@@ -17,18 +17,18 @@ qint64 heapBytes()
 /// The panel from nothing, its answers from the host included.
 void startUp(benchmark::State &state)
 {
-    PanelFixture bench;
+    PanelFixture fixture;
     timeEach(
-        state, [&] { bench.panel.reset(); }, [&] { bench.createPanel(); });
+        state, [&] { fixture.panel.reset(); }, [&] { fixture.createPanel(); });
 }
 
 void reconfiguration(benchmark::State &state)
 {
-    PanelFixture bench;
-    bench.answerBodies(200);
-    bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(200);
+    fixture.createConfiguredPanel();
     timeEach(
-        state, [&] { bench.takeCalls(); }, [&] { bench.panel->configurationChanged(); });
+        state, [&] { fixture.takeCalls(); }, [&] { fixture.panel->configurationChanged(); });
 }
 
 /// What a row of bodies costs on the heap, its record included, after it was drawn with two different frames.
@@ -38,19 +38,19 @@ void rowMemoryOfBodies(benchmark::State &state, bool naive)
     LiveLines lines("6di", rows);
     double bytes = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
-        PanelFixture bench;
-        bench.answerBodies(rows);
-        bench.createPanel();
+        PanelFixture fixture;
+        fixture.answerBodies(rows);
+        fixture.createPanel();
         std::unique_ptr<NaiveTables> tables;
         if (naive)
-            bench.panel->configurationChanged();
-        bench.takeCalls();
+            fixture.panel->configurationChanged();
+        fixture.takeCalls();
         const qint64 before = heapBytes();
         if (naive)
-            tables = std::make_unique<NaiveTables>(bench.table6d(), bench.table3d());
+            tables = std::make_unique<NaiveTables>(fixture.table6d(), fixture.table3d());
         else
-            bench.panel->configurationChanged();
-        bench.takeCalls();
+            fixture.panel->configurationChanged();
+        fixture.takeCalls();
         for (int frame = 0; frame < 2; ++frame) {
             if (naive) {
                 tables->data.useInertialFormat = true;
@@ -58,8 +58,8 @@ void rowMemoryOfBodies(benchmark::State &state, bool naive)
                 tables->data.receive("6di", line.data());
                 tables->updateView6d();
             } else {
-                bench.send("6di", lines.next());
-                bench.panel->updateView6d();
+                fixture.send("6di", lines.next());
+                fixture.panel->updateView6d();
             }
         }
         bytes = static_cast<double>(heapBytes() - before) / rows;
@@ -73,17 +73,17 @@ void rowMemoryOfMarkers(benchmark::State &state, bool naive)
     LiveLines lines("3d", rows);
     double bytes = 0.0;
     for ([[maybe_unused]] auto iteration : state) {
-        PanelFixture bench;
-        bench.createPanel();
-        NaiveTables tables(bench.table6d(), bench.table3d());
+        PanelFixture fixture;
+        fixture.createPanel();
+        NaiveTables tables(fixture.table6d(), fixture.table3d());
         const qint64 before = heapBytes();
         if (naive) {
             QByteArray line(lines.next().constData());
             tables.data.receive("3d", line.data());
             tables.updateView3d();
         } else {
-            bench.send("3d", lines.next());
-            bench.panel->updateView3d();
+            fixture.send("3d", lines.next());
+            fixture.panel->updateView3d();
         }
         bytes = static_cast<double>(heapBytes() - before) / rows;
     }

@@ -21,17 +21,17 @@ struct Panel {
         : bodyLines("6di", bodies)
         , markerLines("3d", markers)
     {
-        bench.answerBodies(bodies);
-        bench.createConfiguredPanel();
-        bench.panel->resize(1100, 900);
+        fixture.answerBodies(bodies);
+        fixture.createConfiguredPanel();
+        fixture.panel->resize(1100, 900);
     }
     void show()
     {
-        bench.panel->show();
+        fixture.panel->show();
         QApplication::processEvents();
         receive(Motion::Moving);
-        bench.panel->updateView6d();
-        bench.panel->updateView3d();
+        fixture.panel->updateView6d();
+        fixture.panel->updateView3d();
         QApplication::processEvents();
     }
     void receive(Motion motion)
@@ -39,15 +39,15 @@ struct Panel {
         if (motion == Motion::Still && received)
             return;
         received = true;
-        bench.send("6di", bodyLines.next());
-        bench.send("3d", markerLines.next());
+        fixture.send("6di", bodyLines.next());
+        fixture.send("3d", markerLines.next());
     }
-    void update6d() const { bench.panel->updateView6d(); }
-    void update3d() const { bench.panel->updateView3d(); }
-    QTableWidget &table6d() const { return bench.table6d(); }
-    QTableWidget &table3d() const { return bench.table3d(); }
+    void update6d() const { fixture.panel->updateView6d(); }
+    void update3d() const { fixture.panel->updateView3d(); }
+    QTableWidget &table6d() const { return fixture.table6d(); }
+    QTableWidget &table3d() const { return fixture.table3d(); }
 
-    PanelFixture bench;
+    PanelFixture fixture;
     LiveLines bodyLines;
     LiveLines markerLines;
     bool received = false;
@@ -57,7 +57,7 @@ struct Panel {
 template<typename Tables> struct Rival {
     Rival(int bodies, int markers)
         : panel(bodies, markers)
-        , tables(panel.bench.table6d(), panel.bench.table3d())
+        , tables(panel.fixture.table6d(), panel.fixture.table3d())
     {
         tables.data.useInertialFormat = true;
         tables.resize(1100, 900);

@@ -79,14 +79,14 @@ private:
 
 void run(benchmark::State &state, int bodies, int markers, bool naive)
 {
-    PanelFixture bench;
-    bench.answerBodies(bodies);
-    bench.createConfiguredPanel();
-    NaiveTables tables(bench.table6d(), bench.table3d());
+    PanelFixture fixture;
+    fixture.answerBodies(bodies);
+    fixture.createConfiguredPanel();
+    NaiveTables tables(fixture.table6d(), fixture.table3d());
     tables.data.useInertialFormat = true;
-    QWidget &window = naive ? static_cast<QWidget &>(tables) : *bench.panel;
+    QWidget &window = naive ? static_cast<QWidget &>(tables) : *fixture.panel;
     if (naive) {
-        bench.panel->clearData(); // and its timer stops
+        fixture.panel->clearData(); // and its timer stops
         tables.startTicks();
     }
     window.resize(1100, 900);
@@ -98,7 +98,7 @@ void run(benchmark::State &state, int bodies, int markers, bool naive)
     for ([[maybe_unused]] auto iteration : state) {
         const LineThread lines(bodies, markers, [&](const char *tag, const QByteArray &line) {
             if (!naive) {
-                bench.send(tag, line);
+                fixture.send(tag, line);
                 return;
             }
             QByteArray copy(line.constData());
@@ -112,8 +112,8 @@ void run(benchmark::State &state, int bodies, int markers, bool naive)
     qApp->removeEventFilter(&watch);
 
     const LineCounts &naiveCounts = tables.data.lineCounts;
-    const quint64 stored = naive ? naiveCounts.stored.load() : bench.panel->storedLines();
-    const quint64 dropped = naive ? naiveCounts.dropped.load() : bench.panel->droppedLines();
+    const quint64 stored = naive ? naiveCounts.stored.load() : fixture.panel->storedLines();
+    const quint64 dropped = naive ? naiveCounts.dropped.load() : fixture.panel->droppedLines();
     if (watch.milliseconds.empty() || stored == 0) {
         state.SkipWithError("nothing was drawn or stored");
         return;

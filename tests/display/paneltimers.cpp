@@ -39,12 +39,12 @@ private:
 
 bool PanelTimers::learn()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answerSensors({1});
-    bench.createPanel();
-    const TickWatcher watcher(*bench.panel);
-    bench.panel->configurationChanged();
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answerSensors({1});
+    fixture.createPanel();
+    const TickWatcher watcher(*fixture.panel);
+    fixture.panel->configurationChanged();
     const bool ticked = QTest::qWaitFor([&] { return watcher.viewOffset != 0 && watcher.sensorOffset != 0; }, 30'000);
     viewOffset = watcher.viewOffset;
     sensorOffset = watcher.sensorOffset;

@@ -13,11 +13,11 @@ constexpr int centre = Qt::AlignHCenter | Qt::AlignVCenter;
 constexpr int right = Qt::AlignRight | Qt::AlignVCenter;
 const QBrush transparent(Qt::transparent);
 
-QStringList columnTexts(const PanelFixture &bench, int column)
+QStringList columnTexts(const PanelFixture &fixture, int column)
 {
     QStringList texts;
-    for (int row = 0; row < bench.table6d().rowCount(); ++row)
-        texts << bench.text(row, column);
+    for (int row = 0; row < fixture.table6d().rowCount(); ++row)
+        texts << fixture.text(row, column);
     return texts;
 }
 
@@ -47,13 +47,13 @@ private slots:
 
 void TestBodyRows::cellsOfABody()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.createConfiguredPanel();
-    const QTableWidget &table = bench.table6d();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.createConfiguredPanel();
+    const QTableWidget &table = fixture.table6d();
     QCOMPARE(table.rowCount(), 2);
-    QCOMPARE(columnTexts(bench, BodyIdColumn), QStringList({QStringLiteral("1"), QStringLiteral("2")}));
-    QCOMPARE(columnTexts(bench, NameColumn), QStringList({QStringLiteral("Body 1"), QStringLiteral("Body 2")}));
+    QCOMPARE(columnTexts(fixture, BodyIdColumn), QStringList({QStringLiteral("1"), QStringLiteral("2")}));
+    QCOMPARE(columnTexts(fixture, NameColumn), QStringList({QStringLiteral("Body 1"), QStringLiteral("Body 2")}));
     for (const int column : {BodyIdColumn, NameColumn, FilterColumn, SensorColumn, BatteryColumn, TemperatureColumn})
         QCOMPARE(table.item(1, column)->textAlignment(), centre);
     for (int column = XColumn; column <= RzColumn; ++column) {
@@ -65,39 +65,39 @@ void TestBodyRows::cellsOfABody()
 
 void TestBodyRows::uncalibratedBody()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer("body calibrated standard b01", "Yes");
-    bench.answer("body filter6d_enabled standard b01", "yes");
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("body calibrated standard b01", "Yes");
+    fixture.answer("body filter6d_enabled standard b01", "yes");
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     QVERIFY(!calls.contains(QStringLiteral("requestString body desc standard b01")));
     QVERIFY(!calls.contains(QStringLiteral("requestString body filter6d_enabled standard b01")));
-    const QTableWidgetItem *const id = bench.table6d().item(0, BodyIdColumn);
+    const QTableWidgetItem *const id = fixture.table6d().item(0, BodyIdColumn);
     QCOMPARE(id->text(), QStringLiteral("1"));
     QCOMPARE(id->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
     QCOMPARE(id->background(), transparent);
-    QCOMPARE(bench.text(0, NameColumn), QString());
-    QCOMPARE(bench.text(0, FilterColumn), QString());
+    QCOMPARE(fixture.text(0, NameColumn), QString());
+    QCOMPARE(fixture.text(0, FilterColumn), QString());
 }
 
 void TestBodyRows::headRowComesFirst()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerHead();
-    bench.answer("body filter6d_enabled standard b01", "yes");
-    bench.answer("body calibrated standard b02", "no");
-    bench.createConfiguredPanel();
-    QCOMPARE(columnTexts(bench, BodyIdColumn),
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerHead();
+    fixture.answer("body filter6d_enabled standard b01", "yes");
+    fixture.answer("body calibrated standard b02", "no");
+    fixture.createConfiguredPanel();
+    QCOMPARE(columnTexts(fixture, BodyIdColumn),
              QStringList({QStringLiteral("MUH"), QStringLiteral("2"), QStringLiteral("3")}));
-    QCOMPARE(columnTexts(bench, NameColumn), QStringList({QString(), QStringLiteral("Body 1"), QString()}));
-    QCOMPARE(columnTexts(bench, FilterColumn), QStringList({QString(), QStringLiteral("active"), QString()}));
-    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->textAlignment(), centre);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("-"));
+    QCOMPARE(columnTexts(fixture, NameColumn), QStringList({QString(), QStringLiteral("Body 1"), QString()}));
+    QCOMPARE(columnTexts(fixture, FilterColumn), QStringList({QString(), QStringLiteral("active"), QString()}));
+    QCOMPARE(fixture.table6d().item(0, BodyIdColumn)->textAlignment(), centre);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("-"));
     for (const int column : {SensorColumn, BatteryColumn, TemperatureColumn})
-        QVERIFY2(!bench.table6d().item(0, column), "the head row has no sensor cells");
-    QCOMPARE(bench.table6d().item(2, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
+        QVERIFY2(!fixture.table6d().item(0, column), "the head row has no sensor cells");
+    QCOMPARE(fixture.table6d().item(2, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
 }
 
 void TestBodyRows::names_data()
@@ -125,14 +125,14 @@ void TestBodyRows::names()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, name);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answer(QStringLiteral("body desc standard b01"), answer);
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.text(0, NameColumn), name);
-    bench.refuse("body desc standard b01");
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.text(0, NameColumn), QString());
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answer(QStringLiteral("body desc standard b01"), answer);
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.text(0, NameColumn), name);
+    fixture.refuse("body desc standard b01");
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.text(0, NameColumn), QString());
 }
 
 void TestBodyRows::filterStates_data()
@@ -155,42 +155,42 @@ void TestBodyRows::filterStates()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, text);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.refuse("body filter6d_enabled standard b01");
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.refuse("body filter6d_enabled standard b01");
     if (answer != QLatin1String("<failure>"))
-        bench.answer(QStringLiteral("body filter6d_enabled standard b01"), answer);
-    bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.text(0, FilterColumn), text);
+        fixture.answer(QStringLiteral("body filter6d_enabled standard b01"), answer);
+    fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.text(0, FilterColumn), text);
 }
 
 void TestBodyRows::filterStateIsReadAnew()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.createConfiguredPanel();
-    bench.answer("body filter6d_enabled standard b02", "yes");
-    bench.panel->onUpdateFilterActiveStatus(1);
-    QCOMPARE(bench.takeCalls(), QStringList{QStringLiteral("requestString body filter6d_enabled standard b02")});
-    QCOMPARE(bench.text(1, FilterColumn), QStringLiteral("active"));
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.createConfiguredPanel();
+    fixture.answer("body filter6d_enabled standard b02", "yes");
+    fixture.panel->onUpdateFilterActiveStatus(1);
+    QCOMPARE(fixture.takeCalls(), QStringList{QStringLiteral("requestString body filter6d_enabled standard b02")});
+    QCOMPARE(fixture.text(1, FilterColumn), QStringLiteral("active"));
     for (const int row : {-1, -2, 2, 3, 1'000'000})
-        bench.panel->onUpdateFilterActiveStatus(row); // rows that went meanwhile
-    QCOMPARE(bench.takeCalls(), QStringList());
+        fixture.panel->onUpdateFilterActiveStatus(row); // rows that went meanwhile
+    QCOMPARE(fixture.takeCalls(), QStringList());
 
-    QVERIFY(QMetaObject::invokeMethod(&bench.table6d(), "updateFilterActiveStatus", Q_ARG(int, 0)));
-    QCOMPARE(bench.takeCalls(), QStringList{QStringLiteral("requestString body filter6d_enabled standard b01")});
+    QVERIFY(QMetaObject::invokeMethod(&fixture.table6d(), "updateFilterActiveStatus", Q_ARG(int, 0)));
+    QCOMPARE(fixture.takeCalls(), QStringList{QStringLiteral("requestString body filter6d_enabled standard b01")});
 }
 
 void TestBodyRows::bodyNumbersGrow()
 {
-    PanelFixture bench;
-    bench.answerBodies(101);
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.text(8, NameColumn), QStringLiteral("Body 9"));
-    QCOMPARE(bench.text(99, NameColumn), QStringLiteral("Body 100"));
-    QCOMPARE(bench.text(100, BodyIdColumn), QStringLiteral("101"));
-    QCOMPARE(bench.table6d().item(100, BodyIdColumn)->whatsThis(), QString());
+    PanelFixture fixture;
+    fixture.answerBodies(101);
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.text(8, NameColumn), QStringLiteral("Body 9"));
+    QCOMPARE(fixture.text(99, NameColumn), QStringLiteral("Body 100"));
+    QCOMPARE(fixture.text(100, BodyIdColumn), QStringLiteral("101"));
+    QCOMPARE(fixture.table6d().item(100, BodyIdColumn)->whatsThis(), QString());
 }
 
 void TestBodyRows::badCounts_data()
@@ -213,22 +213,22 @@ void TestBodyRows::badCounts()
     QFETCH(const bool, head);
     QFETCH(const int, rows);
     QFETCH(const bool, logged);
-    PanelFixture bench;
-    bench.answerBodies(1);
+    PanelFixture fixture;
+    fixture.answerBodies(1);
     if (head)
-        bench.answerHead();
-    bench.answerSensors({1});
-    bench.answer(QStringLiteral("standard number_of_bodies"), count);
-    bench.createPanel();
-    const QStringList logs = PanelFixture::logs(bench.reconfigure());
+        fixture.answerHead();
+    fixture.answerSensors({1});
+    fixture.answer(QStringLiteral("standard number_of_bodies"), count);
+    fixture.createPanel();
+    const QStringList logs = PanelFixture::logs(fixture.reconfigure());
     QCOMPARE(logs, logged ? QStringList{QStringLiteral("Error: Unable to get number of bodies")} : QStringList());
-    QCOMPARE(bench.table6d().rowCount(), rows);
-    QVERIFY(!bench.table6d().isHidden());
-    bench.panel->updateView6d();
-    bench.panel->timerUpdateInertialSensorInfo();
-    bench.answer("standard number_of_bodies", "1");
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.table6d().rowCount(), head ? 2 : 1);
+    QCOMPARE(fixture.table6d().rowCount(), rows);
+    QVERIFY(!fixture.table6d().isHidden());
+    fixture.panel->updateView6d();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    fixture.answer("standard number_of_bodies", "1");
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.table6d().rowCount(), head ? 2 : 1);
 }
 
 void TestBodyRows::sensorCells_data()
@@ -259,16 +259,16 @@ void TestBodyRows::sensorCells()
 {
     QFETCH(const QString, answer);
     QFETCH(const QString, text);
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer(QStringLiteral("body inertial_sensor standard b02"), answer);
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer(QStringLiteral("body inertial_sensor standard b02"), answer);
+    fixture.createPanel();
     for (const int column : {BatteryColumn, TemperatureColumn}) {
-        bench.table6d().setColumnHidden(column, false);
-        bench.table6d().setColumnWidth(column, 700);
+        fixture.table6d().setColumnHidden(column, false);
+        fixture.table6d().setColumnWidth(column, 700);
     }
-    bench.panel->configurationChanged();
-    const QTableWidget &table = bench.table6d();
+    fixture.panel->configurationChanged();
+    const QTableWidget &table = fixture.table6d();
     for (const int column : {BatteryColumn, TemperatureColumn})
         QVERIFY2(table.columnWidth(column) < 300, "the column was not fitted to its contents");
     QCOMPARE(table.item(1, SensorColumn)->text(), text);
@@ -291,33 +291,33 @@ void TestBodyRows::sensorCells()
 
 void TestBodyRows::cellsWithoutSensor()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.refuse("body inertial_sensor standard b02");
-    bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.refuse("body inertial_sensor standard b02");
+    fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
     for (const int row : {0, 1}) {
-        QCOMPARE(bench.table6d().item(row, SensorColumn)->data(Qt::UserRole), QVariant(QStringLiteral("none")));
-        QCOMPARE(bench.text(row, SensorColumn), QString());
-        QVERIFY(!bench.table6d().cellWidget(row, BatteryColumn));
-        QVERIFY(!bench.table6d().cellWidget(row, TemperatureColumn));
+        QCOMPARE(fixture.table6d().item(row, SensorColumn)->data(Qt::UserRole), QVariant(QStringLiteral("none")));
+        QCOMPARE(fixture.text(row, SensorColumn), QString());
+        QVERIFY(!fixture.table6d().cellWidget(row, BatteryColumn));
+        QVERIFY(!fixture.table6d().cellWidget(row, TemperatureColumn));
     }
 }
 
 void TestBodyRows::barsGoWithTheirSensor()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerSensors({1});
-    bench.createConfiguredPanel();
-    bench.panel->timerUpdateInertialSensorInfo();
-    QVERIFY(!bench.table6d().cellWidget(0, BatteryColumn)->isHidden());
-    bench.answer("body inertial_sensor standard b01", "none");
-    bench.answer("body inertial_sensor standard b02", "d01");
-    bench.panel->configurationChanged();
-    QVERIFY2(!bench.table6d().cellWidget(0, BatteryColumn), "the bar stayed without its sensor");
-    QVERIFY2(!bench.table6d().cellWidget(0, TemperatureColumn), "the bar stayed without its sensor");
-    QVERIFY(bench.table6d().cellWidget(1, BatteryColumn));
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerSensors({1});
+    fixture.createConfiguredPanel();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    QVERIFY(!fixture.table6d().cellWidget(0, BatteryColumn)->isHidden());
+    fixture.answer("body inertial_sensor standard b01", "none");
+    fixture.answer("body inertial_sensor standard b02", "d01");
+    fixture.panel->configurationChanged();
+    QVERIFY2(!fixture.table6d().cellWidget(0, BatteryColumn), "the bar stayed without its sensor");
+    QVERIFY2(!fixture.table6d().cellWidget(0, TemperatureColumn), "the bar stayed without its sensor");
+    QVERIFY(fixture.table6d().cellWidget(1, BatteryColumn));
 }
 
 QTEST_MAIN(TestBodyRows)

@@ -48,28 +48,28 @@ QByteArray lineOfMarkers(int count)
 }
 
 /// A panel with bodies of all colours, a reference, a body that isn't calibrated, long and foreign names, and markers.
-void fill(PanelFixture &bench)
+void fill(PanelFixture &fixture)
 {
-    bench.answerBodies(14);
-    bench.answer("tracking reference", "standard b02");
-    bench.answer("body calibrated standard b04", "no");
-    bench.answer("body desc standard b05", "A name that is much too long for the width of its column, however wide");
-    bench.answer("body desc standard b06", "\xC3\x84\xC3\x96\xC3\x9C \xC3\x9F \xC2\xB0");
-    bench.answer("body desc standard b07", "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D abc");
-    bench.answer("body desc standard b08", "two\nlines");
-    bench.answer("body desc standard b09", "a\tb");
-    bench.answer("body desc standard b10", "A\xCC\x81\xCC\x81\xCC\x81\xCC\x81 Z\xCC\xA7\xCC\xA7\xCC\xA7");
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", lineOfBodies(14, 0)), 0);
-    QCOMPARE(bench.send("3d", lineOfMarkers(20)), 0);
-    bench.panel->updateView6d();
-    bench.panel->updateView3d();
+    fixture.answerBodies(14);
+    fixture.answer("tracking reference", "standard b02");
+    fixture.answer("body calibrated standard b04", "no");
+    fixture.answer("body desc standard b05", "A name that is much too long for the width of its column, however wide");
+    fixture.answer("body desc standard b06", "\xC3\x84\xC3\x96\xC3\x9C \xC3\x9F \xC2\xB0");
+    fixture.answer("body desc standard b07", "\xD7\xA9\xD7\x9C\xD7\x95\xD7\x9D abc");
+    fixture.answer("body desc standard b08", "two\nlines");
+    fixture.answer("body desc standard b09", "a\tb");
+    fixture.answer("body desc standard b10", "A\xCC\x81\xCC\x81\xCC\x81\xCC\x81 Z\xCC\xA7\xCC\xA7\xCC\xA7");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", lineOfBodies(14, 0)), 0);
+    QCOMPARE(fixture.send("3d", lineOfMarkers(20)), 0);
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
 }
 
-void setTableFonts(PanelFixture &bench, const QFont &font)
+void setTableFonts(PanelFixture &fixture, const QFont &font)
 {
-    bench.table6d().setFont(font);
-    bench.table3d().setFont(font);
+    fixture.table6d().setFont(font);
+    fixture.table3d().setFont(font);
 }
 
 QFont sans(int points, bool italic = false)
@@ -87,41 +87,41 @@ struct Look {
 
 const Look looks[] = {
     {"as it is", [](PanelFixture &) {}},
-    {"a font that is too tall for the rows", [](PanelFixture &bench) { setTableFonts(bench, sans(17)); }},
-    {"a small font", [](PanelFixture &bench) { setTableFonts(bench, sans(6)); }},
-    {"an italic font", [](PanelFixture &bench) { setTableFonts(bench, sans(10, true)); }},
+    {"a font that is too tall for the rows", [](PanelFixture &fixture) { setTableFonts(fixture, sans(17)); }},
+    {"a small font", [](PanelFixture &fixture) { setTableFonts(fixture, sans(6)); }},
+    {"an italic font", [](PanelFixture &fixture) { setTableFonts(fixture, sans(10, true)); }},
     {"a fixed font, not bold",
-     [](PanelFixture &bench) { setTableFonts(bench, QFont(QStringLiteral("Monospace"), 9)); }},
+     [](PanelFixture &fixture) { setTableFonts(fixture, QFont(QStringLiteral("Monospace"), 9)); }},
     {"a font of 20 pixels underlined",
-     [](PanelFixture &bench) {
+     [](PanelFixture &fixture) {
          QFont font(QStringLiteral("Serif"));
          font.setPixelSize(15);
          font.setUnderline(true);
-         setTableFonts(bench, font);
+         setTableFonts(fixture, font);
      }},
-    {"disabled", [](PanelFixture &bench) { bench.panel->setEnabled(false); }},
-    {"from right to left", [](PanelFixture &bench) { bench.panel->setLayoutDirection(Qt::RightToLeft); }},
+    {"disabled", [](PanelFixture &fixture) { fixture.panel->setEnabled(false); }},
+    {"from right to left", [](PanelFixture &fixture) { fixture.panel->setLayoutDirection(Qt::RightToLeft); }},
     {"narrow columns",
-     [](PanelFixture &bench) {
+     [](PanelFixture &fixture) {
          for (int column = 0; column < MarkerZColumn; ++column)
-             bench.table3d().setColumnWidth(column, 13 + 9 * column);
+             fixture.table3d().setColumnWidth(column, 13 + 9 * column);
          for (int column = 0; column < StretchColumn; ++column)
-             bench.table6d().setColumnWidth(column, 9 + 6 * column);
+             fixture.table6d().setColumnWidth(column, 9 + 6 * column);
      }},
     {"selected cells",
-     [](PanelFixture &bench) {
-         bench.table6d().setSelectionMode(QAbstractItemView::MultiSelection);
-         bench.table6d().selectRow(1);
-         bench.table6d().selectRow(4);
+     [](PanelFixture &fixture) {
+         fixture.table6d().setSelectionMode(QAbstractItemView::MultiSelection);
+         fixture.table6d().selectRow(1);
+         fixture.table6d().selectRow(4);
      }},
     {"a current cell",
-     [](PanelFixture &bench) {
-         bench.table6d().setFocus();
-         bench.table6d().setCurrentCell(1, XColumn);
+     [](PanelFixture &fixture) {
+         fixture.table6d().setFocus();
+         fixture.table6d().setCurrentCell(1, XColumn);
      }},
     {"cells of other kinds",
-     [](PanelFixture &bench) {
-         QTableWidget &table = bench.table6d();
+     [](PanelFixture &fixture) {
+         QTableWidget &table = fixture.table6d();
          table.item(0, XColumn)->setIcon(table.style()->standardIcon(QStyle::SP_ComputerIcon));
          table.item(1, XColumn)->setFont(sans(12));
          table.item(2, XColumn)->setCheckState(Qt::Checked);
@@ -142,18 +142,18 @@ const Look looks[] = {
          table.setAlternatingRowColors(true);
      }},
     {"a style sheet of the panel for cells",
-     [](PanelFixture &bench) {
-         bench.panel->setStyleSheet(QStringLiteral("QTableView::item { padding: 4px; border: 1px solid red; }"));
+     [](PanelFixture &fixture) {
+         fixture.panel->setStyleSheet(QStringLiteral("QTableView::item { padding: 4px; border: 1px solid red; }"));
      }},
     {"a style sheet of the table for cells",
-     [](PanelFixture &bench) {
-         bench.table6d().setStyleSheet(QStringLiteral("QTableView::item { color: magenta; }"));
+     [](PanelFixture &fixture) {
+         fixture.table6d().setStyleSheet(QStringLiteral("QTableView::item { color: magenta; }"));
      }},
     {"a palette",
-     [](PanelFixture &bench) {
+     [](PanelFixture &fixture) {
          QPalette palette(Qt::darkBlue);
          palette.setColor(QPalette::Text, Qt::yellow);
-         bench.panel->setPalette(palette);
+         fixture.panel->setPalette(palette);
      }},
 };
 
@@ -187,24 +187,24 @@ void TestCellPainting::sameAsTheStockDelegate()
     QFETCH(const QString, style);
     QFETCH(const int, look);
     QApplication::setStyle(style);
-    PanelFixture bench;
-    fill(bench);
-    looks[look].dress(bench);
-    bench.panel->resize(1000, 420);
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    QAbstractItemDelegate *const own6d = bench.table6d().itemDelegate();
-    QAbstractItemDelegate *const own3d = bench.table3d().itemDelegate();
+    PanelFixture fixture;
+    fill(fixture);
+    looks[look].dress(fixture);
+    fixture.panel->resize(1000, 420);
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    QAbstractItemDelegate *const own6d = fixture.table6d().itemDelegate();
+    QAbstractItemDelegate *const own3d = fixture.table3d().itemDelegate();
     QStyledItemDelegate stock;
     for (const double scale : {1.0, 1.25, 1.5, 2.0, 3.0}) {
-        bench.panel->resize(scale < 1.5 ? QSize(1000, 420) : QSize(1501, 333));
+        fixture.panel->resize(scale < 1.5 ? QSize(1000, 420) : QSize(1501, 333));
         QCoreApplication::processEvents();
-        const QImage own = picture(*bench.panel, scale);
-        bench.table6d().setItemDelegate(&stock);
-        bench.table3d().setItemDelegate(&stock);
-        const QImage expected = picture(*bench.panel, scale);
-        bench.table6d().setItemDelegate(own6d);
-        bench.table3d().setItemDelegate(own3d);
+        const QImage own = picture(*fixture.panel, scale);
+        fixture.table6d().setItemDelegate(&stock);
+        fixture.table3d().setItemDelegate(&stock);
+        const QImage expected = picture(*fixture.panel, scale);
+        fixture.table6d().setItemDelegate(own6d);
+        fixture.table3d().setItemDelegate(own3d);
         QVERIFY2(own == expected, qPrintable(QStringLiteral("at the scale %1").arg(scale)));
     }
 }
@@ -212,19 +212,19 @@ void TestCellPainting::sameAsTheStockDelegate()
 void TestCellPainting::anApplicationsStyleSheetCounts()
 {
     QApplication::setStyle(QStringLiteral("Fusion"));
-    PanelFixture bench;
-    fill(bench);
-    bench.panel->resize(1000, 420);
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    const QImage before = picture(*bench.panel, 1.0);
+    PanelFixture fixture;
+    fill(fixture);
+    fixture.panel->resize(1000, 420);
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    const QImage before = picture(*fixture.panel, 1.0);
     qApp->setStyleSheet(QStringLiteral("QTableView::item { color: magenta; background: yellow; }"));
     QCoreApplication::processEvents();
-    const QImage own = picture(*bench.panel, 1.0);
+    const QImage own = picture(*fixture.panel, 1.0);
     QStyledItemDelegate stock;
-    bench.table6d().setItemDelegate(&stock);
-    bench.table3d().setItemDelegate(&stock);
-    const QImage expected = picture(*bench.panel, 1.0);
+    fixture.table6d().setItemDelegate(&stock);
+    fixture.table3d().setItemDelegate(&stock);
+    const QImage expected = picture(*fixture.panel, 1.0);
     qApp->setStyleSheet(QString());
     QVERIFY(before != own);
     QVERIFY(own == expected);

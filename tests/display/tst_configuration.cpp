@@ -100,63 +100,63 @@ void TestConfiguration::sequenceByVersion()
     QFETCH(const int, minor);
     QFETCH(const QString, fixed);
     QFETCH(const QStringList, calls);
-    PanelFixture bench(major, minor);
-    bench.answerBodies(2);
+    PanelFixture fixture(major, minor);
+    fixture.answerBodies(2);
     if (fixed.isEmpty())
-        bench.refuse("standard fixed_angle_present");
+        fixture.refuse("standard fixed_angle_present");
     else
-        bench.answer(QStringLiteral("standard fixed_angle_present"), fixed);
-    bench.createPanel();
-    QCOMPARE(bench.reconfigure(), calls);
-    QCOMPARE(bench.reconfigure(), calls);
+        fixture.answer(QStringLiteral("standard fixed_angle_present"), fixed);
+    fixture.createPanel();
+    QCOMPARE(fixture.reconfigure(), calls);
+    QCOMPARE(fixture.reconfigure(), calls);
 }
 
 void TestConfiguration::visiblePanelMovesItsSubscription()
 {
-    PanelFixture bench(1, 12);
-    bench.createPanel().show();
-    bench.answer("standard fixed_angle_present", "true");
-    QCOMPARE(bench.reconfigure(),
+    PanelFixture fixture(1, 12);
+    fixture.createPanel().show();
+    fixture.answer("standard fixed_angle_present", "true");
+    QCOMPARE(fixture.reconfigure(),
              numberOfBodies + noMultiuser + fixedAngles + output("6di", "6d")
                  + QStringList{QStringLiteral("startOutput 6d")} + inertial);
-    bench.answer("standard fixed_angle_present", "false");
-    QCOMPARE(bench.reconfigure(),
+    fixture.answer("standard fixed_angle_present", "false");
+    QCOMPARE(fixture.reconfigure(),
              numberOfBodies + noMultiuser + fixedAngles + output("6d", "6di")
                  + QStringList{QStringLiteral("startOutput 6di")} + inertial);
-    bench.panel->hide();
-    QCOMPARE(bench.reconfigure(), numberOfBodies + noMultiuser + fixedAngles + output("6di", "6di") + inertial);
+    fixture.panel->hide();
+    QCOMPARE(fixture.reconfigure(), numberOfBodies + noMultiuser + fixedAngles + output("6di", "6di") + inertial);
 }
 
 void TestConfiguration::panelInAHiddenWindowIsNotVisible()
 {
     QWidget window;
-    PanelFixture bench(1, 12);
-    bench.createPanel().setParent(&window);
-    bench.panel->show();
-    QCOMPARE(bench.reconfigure(), numberOfBodies + noMultiuser + fixedAngles + output("6di", "6di") + inertial);
+    PanelFixture fixture(1, 12);
+    fixture.createPanel().setParent(&window);
+    fixture.panel->show();
+    QCOMPARE(fixture.reconfigure(), numberOfBodies + noMultiuser + fixedAngles + output("6di", "6di") + inertial);
     window.show();
-    QVERIFY(bench.reconfigure().contains(QStringLiteral("startOutput 6di")));
+    QVERIFY(fixture.reconfigure().contains(QStringLiteral("startOutput 6di")));
 }
 
 void TestConfiguration::failingSensorEndsTheSearch()
 {
-    PanelFixture bench(1, 12);
-    bench.answerBodies(2);
-    bench.answerSensors({1, 2});
-    bench.createConfiguredPanel();
-    bench.refuse("inertial sensor d01"); // the second one is on a body, but is not asked for
-    const QStringList calls = bench.reconfigure();
+    PanelFixture fixture(1, 12);
+    fixture.answerBodies(2);
+    fixture.answerSensors({1, 2});
+    fixture.createConfiguredPanel();
+    fixture.refuse("inertial sensor d01"); // the second one is on a body, but is not asked for
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(calls.mid(calls.indexOf(inertial.first()) + 1),
              numberOfSensors + strings({QStringLiteral("inertial sensor d01")}));
-    QVERIFY(bench.table6d().isColumnHidden(SensorColumn));
+    QVERIFY(fixture.table6d().isColumnHidden(SensorColumn));
 }
 
 void TestConfiguration::sequenceWithHead()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerHead();
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerHead();
+    fixture.createPanel();
     const QStringList head =
         strings({QStringLiteral("wandor multiuser_available"), QStringLiteral("wandor multiuser"),
                  QStringLiteral("wandor multiuser_with_head_available"), QStringLiteral("wandor multiuser_with_head")})
@@ -164,7 +164,7 @@ void TestConfiguration::sequenceWithHead()
     const QStringList ready{QStringLiteral("requestInt body number_of_bodies multiuserwandor_head"),
                             QStringLiteral("requestString body calibrated multiuserwandor_head b01"),
                             QStringLiteral("requestString body active multiuserwandor_head b01")};
-    QCOMPARE(bench.reconfigure(),
+    QCOMPARE(fixture.reconfigure(),
              numberOfBodies + head + fixedAngles + output("6di", "6di") + ready + twoCalibrated + twoActive + twoRows
                  + twoSensors + reference + inertial);
 }
@@ -227,40 +227,40 @@ void TestConfiguration::sensors()
     QFETCH(const QString, bodyOfFirst);
     QFETCH(const QStringList, calls);
     QFETCH(const bool, columnsHidden);
-    PanelFixture bench(1, 12);
-    bench.answerBodies(2);
-    bench.answerSensors({1, 2});
-    bench.createConfiguredPanel();
-    QVERIFY(!bench.table6d().isColumnHidden(SensorColumn));
-    bench.answer("body inertial_sensor standard b01", "none");
+    PanelFixture fixture(1, 12);
+    fixture.answerBodies(2);
+    fixture.answerSensors({1, 2});
+    fixture.createConfiguredPanel();
+    QVERIFY(!fixture.table6d().isColumnHidden(SensorColumn));
+    fixture.answer("body inertial_sensor standard b01", "none");
     for (const auto &[command, text] : {std::pair{QStringLiteral("inertial available"), available},
                                         std::pair{QStringLiteral("inertial number_of_sensors"), count},
                                         std::pair{QStringLiteral("inertial body_of_sensor d01"), bodyOfFirst}}) {
-        bench.refuse(command);
+        fixture.refuse(command);
         if (!text.isEmpty())
-            bench.answer(command, text == QLatin1String("<empty>") ? QString() : text);
+            fixture.answer(command, text == QLatin1String("<empty>") ? QString() : text);
     }
-    const QStringList all = bench.reconfigure();
+    const QStringList all = fixture.reconfigure();
     QCOMPARE(all.mid(all.indexOf(inertial.first()) + 1), calls);
     for (const int column : {SensorColumn, BatteryColumn, TemperatureColumn})
-        QCOMPARE(bench.table6d().isColumnHidden(column), columnsHidden);
-    QVERIFY(!bench.table6d().isHidden());
+        QCOMPARE(fixture.table6d().isColumnHidden(column), columnsHidden);
+    QVERIFY(!fixture.table6d().isHidden());
 }
 
 void TestConfiguration::failedBodyCount()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.refuse("standard number_of_bodies");
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.refuse("standard number_of_bodies");
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(PanelFixture::logs(calls).size(), 1);
     QCOMPARE(calls.mid(0, 3),
              numberOfBodies + logged(QStringLiteral("Error: Unable to get number of bodies")) + noMultiuser);
-    QCOMPARE(bench.table6d().rowCount(), 0);
-    bench.answerHead();
-    bench.reconfigure();
-    QCOMPARE(bench.table6d().rowCount(), 1);
+    QCOMPARE(fixture.table6d().rowCount(), 0);
+    fixture.answerHead();
+    fixture.reconfigure();
+    QCOMPARE(fixture.table6d().rowCount(), 1);
 }
 
 void TestConfiguration::outputIsActivated_data()
@@ -290,13 +290,13 @@ void TestConfiguration::outputIsActivated()
     QFETCH(const QString, answer);
     QFETCH(const bool, commandSent);
     QFETCH(const QStringList, logs);
-    PanelFixture bench;
-    bench.createPanel().show();
-    bench.refuse(question);
+    PanelFixture fixture;
+    fixture.createPanel().show();
+    fixture.refuse(question);
     if (!answer.isEmpty())
-        bench.answer(question, answer);
-    bench.host.failing.setPattern(QStringLiteral("chmon 6di yes$"));
-    const QStringList calls = bench.reconfigure();
+        fixture.answer(question, answer);
+    fixture.host.failing.setPattern(QStringLiteral("chmon 6di yes$"));
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(calls.contains(QStringLiteral("sendCommand output active chmon 6di yes")), commandSent);
     QCOMPARE(PanelFixture::logs(calls), logs);
     QVERIFY2(calls.contains(QStringLiteral("startOutput 6di")), "the output is started whatever its activation said");
@@ -304,14 +304,14 @@ void TestConfiguration::outputIsActivated()
 
 void TestConfiguration::onlyKnownCommandsAreSent()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerHead();
-    bench.answerSensors({2});
-    bench.answer("output active chmon 6di", "no");
-    bench.createPanel();
-    bench.panel->configurationChanged();
-    bench.panel->timerUpdateInertialSensorInfo();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerHead();
+    fixture.answerSensors({2});
+    fixture.answer("output active chmon 6di", "no");
+    fixture.createPanel();
+    fixture.panel->configurationChanged();
+    fixture.panel->timerUpdateInertialSensorInfo();
     const QSet<QByteArray> known{"standard number_of_bodies",
                                  "standard fixed_angle_present",
                                  "body calibrated standard b%2.2d",
@@ -337,7 +337,7 @@ void TestConfiguration::onlyKnownCommandsAreSent()
                                  "inertial sensor_present %s",
                                  "inertial sensor_battery %s",
                                  "inertial sensor_temperature %s"};
-    QCOMPARE(QSet<QByteArray>(bench.host.formats.cbegin(), bench.host.formats.cend()), known);
+    QCOMPARE(QSet<QByteArray>(fixture.host.formats.cbegin(), fixture.host.formats.cend()), known);
 }
 
 QTEST_MAIN(TestConfiguration)

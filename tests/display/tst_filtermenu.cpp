@@ -74,12 +74,12 @@ void TestFilterMenu::hasItsMethodsInOrder()
 
 void TestFilterMenu::offersTheFilterAtTheCursor()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.createConfiguredPanel();
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    const QPoint cursor = bench.panel->mapToGlobal(QPoint(40, 60));
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.createConfiguredPanel();
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    const QPoint cursor = fixture.panel->mapToGlobal(QPoint(40, 60));
     QCursor::setPos(cursor);
     QStringList texts;
     QPoint place;
@@ -90,7 +90,7 @@ void TestFilterMenu::offersTheFilterAtTheCursor()
         place = menu->pos() - QCursor::pos();
         menu->close();
     });
-    click(Qt::RightButton, bench.table6d(), 1, FilterColumn);
+    click(Qt::RightButton, fixture.table6d(), 1, FilterColumn);
     QTRY_COMPARE(texts, QStringList{QStringLiteral("Filter")});
     QCOMPARE(place, QPoint(0, 0));
 }
@@ -116,35 +116,35 @@ void TestFilterMenu::opensForCalibratedBodiesInTheFilterColumn()
     QFETCH(int, minor);
     QFETCH(int, row);
     QFETCH(int, column);
-    PanelFixture bench(1, minor);
-    bench.answerBodies(3);
-    bench.answer("body calibrated standard b02", "no");
-    bench.createConfiguredPanel();
-    bench.table6d().showColumn(FilterColumn); // which an old backend hides
-    bench.panel->resize(900, 300);
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    QTEST(menuOpensAt(bench.table6d(), row, column), "opens");
+    PanelFixture fixture(1, minor);
+    fixture.answerBodies(3);
+    fixture.answer("body calibrated standard b02", "no");
+    fixture.createConfiguredPanel();
+    fixture.table6d().showColumn(FilterColumn); // which an old backend hides
+    fixture.panel->resize(900, 300);
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    QTEST(menuOpensAt(fixture.table6d(), row, column), "opens");
 }
 
 void TestFilterMenu::staysClosedOnACellThatIsNotEnabled()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerSensors({1, 2});
-    bench.createConfiguredPanel();
-    bench.panel->resize(1100, 300);
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    QVERIFY(menuOpensAt(bench.table6d(), 0, FilterColumn));
-    QVERIFY(!menuOpensAt(bench.table6d(), 1, BatteryColumn));
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerSensors({1, 2});
+    fixture.createConfiguredPanel();
+    fixture.panel->resize(1100, 300);
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    QVERIFY(menuOpensAt(fixture.table6d(), 0, FilterColumn));
+    QVERIFY(!menuOpensAt(fixture.table6d(), 1, BatteryColumn));
     // Nor where the bar itself is under the mouse.
-    auto *bar = qobject_cast<BatteryBar *>(bench.table6d().cellWidget(1, BatteryColumn));
+    auto *bar = qobject_cast<BatteryBar *>(fixture.table6d().cellWidget(1, BatteryColumn));
     QVERIFY(bar);
     bar->setShown(true);
     bar->setValue(50);
-    QVERIFY(menuOpensAt(bench.table6d(), 0, FilterColumn));
-    QVERIFY(!menuOpensAt(bench.table6d(), 1, BatteryColumn));
+    QVERIFY(menuOpensAt(fixture.table6d(), 0, FilterColumn));
+    QVERIFY(!menuOpensAt(fixture.table6d(), 1, BatteryColumn));
 }
 
 void TestFilterMenu::staysClosedWithoutRows()
@@ -174,12 +174,12 @@ void TestFilterMenu::staysClosedWithoutRows()
 
 void TestFilterMenu::staysClosedWithoutARowList()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.createConfiguredPanel();
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.createConfiguredPanel();
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     QVERIFY(menuOpensAt(table, 0, FilterColumn));
     table.setRowEnabled({});
     QVERIFY(!menuOpensAt(table, 0, FilterColumn));
@@ -187,12 +187,12 @@ void TestFilterMenu::staysClosedWithoutARowList()
 
 void TestFilterMenu::treatsARowBehindTheListAsNotCalibrated()
 {
-    PanelFixture bench;
-    bench.answerBodies(3);
-    bench.createConfiguredPanel();
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.createConfiguredPanel();
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     table.setRowEnabled({true});
     QVERIFY(menuOpensAt(table, 0, FilterColumn));
     QVERIFY(!menuOpensAt(table, 1, FilterColumn)); // equal to the list's length
@@ -227,22 +227,22 @@ void TestFilterMenu::looksForColumn22InATableOfHandHelds()
 
 void TestFilterMenu::refreshesTheCellOfTheRow()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer("filter6d available standard", "yes");
-    bench.createConfiguredPanel();
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
-    QCOMPARE(bench.text(1, FilterColumn), QString());
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("filter6d available standard", "yes");
+    fixture.createConfiguredPanel();
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+    QCOMPARE(fixture.text(1, FilterColumn), QString());
     onceOpen(openMenu,
              [](QWidget *menu) { QTest::keyClick(menu, Qt::Key_Down), QTest::keyClick(menu, Qt::Key_Return); });
-    onceOpen(openDialog, [&bench](QWidget *dialog) {
-        bench.answer("body filter6d_enabled standard b02", "yes");
+    onceOpen(openDialog, [&fixture](QWidget *dialog) {
+        fixture.answer("body filter6d_enabled standard b02", "yes");
         dialog->close();
     });
-    click(Qt::RightButton, bench.table6d(), 1, FilterColumn);
-    QTRY_COMPARE(bench.text(1, FilterColumn), QStringLiteral("active"));
-    QCOMPARE(bench.text(0, FilterColumn), QString());
+    click(Qt::RightButton, fixture.table6d(), 1, FilterColumn);
+    QTRY_COMPARE(fixture.text(1, FilterColumn), QStringLiteral("active"));
+    QCOMPARE(fixture.text(0, FilterColumn), QString());
 }
 
 void TestFilterMenu::survivesWhatTheHostDoesMeanwhile_data()
@@ -259,23 +259,23 @@ void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
 {
     QFETCH(QString, open);
     QFETCH(QString, deed);
-    PanelFixture bench;
-    bench.answerBodies(3);
-    bench.answer("filter6d available standard", "yes");
-    bench.createConfiguredPanel();
-    bench.panel->show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.answer("filter6d available standard", "yes");
+    fixture.createConfiguredPanel();
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
     const auto hostActs = [&](const QPointer<QWidget> &opened) {
         if (deed == QLatin1String("reconfigure")) {
-            bench.panel->configurationChanged();
+            fixture.panel->configurationChanged();
         } else if (deed == QLatin1String("fewer bodies")) {
-            bench.answer("standard number_of_bodies", "1");
-            bench.panel->configurationChanged();
+            fixture.answer("standard number_of_bodies", "1");
+            fixture.panel->configurationChanged();
         } else if (deed == QLatin1String("clear")) {
-            bench.panel->clearData();
+            fixture.panel->clearData();
         } else {
-            bench.panel->prepareShutdown();
-            bench.panel.reset();
+            fixture.panel->prepareShutdown();
+            fixture.panel.reset();
         }
         if (opened)
             opened->close();
@@ -296,17 +296,17 @@ void TestFilterMenu::survivesWhatTheHostDoesMeanwhile()
             hostActs(dialog);
         });
     }
-    click(Qt::RightButton, bench.table6d(), 2, FilterColumn);
+    click(Qt::RightButton, fixture.table6d(), 2, FilterColumn);
     QTRY_VERIFY(acted);
     QCoreApplication::processEvents();
     if (deed == QLatin1String("release")) {
-        QVERIFY(!bench.panel);
+        QVERIFY(!fixture.panel);
         return;
     }
-    bench.answerBodies(3);
-    bench.reconfigure();
-    QCOMPARE(bench.table6d().rowCount(), 3);
-    QVERIFY(menuOpensAt(bench.table6d(), 2, FilterColumn));
+    fixture.answerBodies(3);
+    fixture.reconfigure();
+    QCOMPARE(fixture.table6d().rowCount(), 3);
+    QVERIFY(menuOpensAt(fixture.table6d(), 2, FilterColumn));
 }
 
 QTEST_MAIN(TestFilterMenu)

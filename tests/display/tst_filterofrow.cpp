@@ -37,46 +37,46 @@ void TestFilterOfRow::opensTheDialogForTheBodyOfTheRow()
     QFETCH(bool, head);
     QFETCH(int, row);
     QFETCH(QByteArray, body);
-    PanelFixture bench;
-    bench.answerBodies(3);
-    bench.answer("filter6d available standard", "yes");
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.answer("filter6d available standard", "yes");
     if (head)
-        bench.answerHead();
-    bench.createConfiguredPanel();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+        fixture.answerHead();
+    fixture.createConfiguredPanel();
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
     table.onCellPressed(row, FilterColumn);
     onceOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
     table.displayFilterDlg();
     QVERIFY(
-        bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset ") + QString::fromUtf8(body)));
+        fixture.takeCalls().contains(QStringLiteral("requestString body filter6d_preset ") + QString::fromUtf8(body)));
     QCOMPARE(refreshed.size(), 1);
     QCOMPARE(refreshed.first().first().toInt(), row); // the row, not the body
 }
 
 void TestFilterOfRow::followsTheHeadRow()
 {
-    PanelFixture bench;
-    bench.answerBodies(3);
-    bench.answer("filter6d available standard", "yes");
-    bench.answerHead();
-    bench.createConfiguredPanel();
-    bench.answer("wandor multiuser", "no");
-    bench.reconfigure();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.answer("filter6d available standard", "yes");
+    fixture.answerHead();
+    fixture.createConfiguredPanel();
+    fixture.answer("wandor multiuser", "no");
+    fixture.reconfigure();
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     table.onCellPressed(1, FilterColumn);
     onceOpen(openDialog, [](QWidget *dialog) { dialog->close(); });
     table.displayFilterDlg();
-    QVERIFY(bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset standard b02")));
+    QVERIFY(fixture.takeCalls().contains(QStringLiteral("requestString body filter6d_preset standard b02")));
 }
 
 void TestFilterOfRow::leavesNoDialogBehind()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer("filter6d available standard", "yes");
-    bench.createConfiguredPanel();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("filter6d available standard", "yes");
+    fixture.createConfiguredPanel();
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     QPointer<QWidget> opened;
     int refreshed = 0;
     connect(&table, &ZelTableWidget::updateFilterActiveStatus, this, [&] {
@@ -89,7 +89,7 @@ void TestFilterOfRow::leavesNoDialogBehind()
         dialog->close();
     });
     table.displayFilterDlg(); // for the first row, as long as no cell was pressed
-    QVERIFY(bench.takeCalls().contains(QStringLiteral("requestString body filter6d_preset standard b01")));
+    QVERIFY(fixture.takeCalls().contains(QStringLiteral("requestString body filter6d_preset standard b01")));
     QCOMPARE(refreshed, 1);
     QVERIFY(!opened);
     QVERIFY(table.findChildren<FilterDialog *>().isEmpty());
@@ -97,13 +97,13 @@ void TestFilterOfRow::leavesNoDialogBehind()
 
 void TestFilterOfRow::asksNothingOfAnOldBackend()
 {
-    PanelFixture bench(1, 11);
-    bench.answerBodies(1);
-    bench.createConfiguredPanel();
-    auto &table = static_cast<ZelTableWidget &>(bench.table6d());
+    PanelFixture fixture(1, 11);
+    fixture.answerBodies(1);
+    fixture.createConfiguredPanel();
+    auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
     QSignalSpy refreshed(&table, &ZelTableWidget::updateFilterActiveStatus);
     table.displayFilterDlg();
-    QCOMPARE(bench.takeCalls(), QStringList());
+    QCOMPARE(fixture.takeCalls(), QStringList());
     QCOMPARE(refreshed.size(), 0);
 }
 

@@ -74,22 +74,22 @@ void TestHeadTarget::headDetection()
     QFETCH(const QString, log);
     QFETCH(const int, questions);
     QFETCH(const bool, head);
-    PanelFixture bench(minor < 0 ? 0 : 1, qAbs(minor), -1);
-    bench.answerBodies(1);
-    bench.answerHead();
+    PanelFixture fixture(minor < 0 ? 0 : 1, qAbs(minor), -1);
+    fixture.answerBodies(1);
+    fixture.answerHead();
     if (answer.isEmpty())
-        bench.refuse(question);
+        fixture.refuse(question);
     else
-        bench.answer(question, answer == QLatin1String("<empty>") ? QString() : answer);
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+        fixture.answer(question, answer == QLatin1String("<empty>") ? QString() : answer);
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     int asked = 0;
     for (int i = 1; i < calls.size() && (calls.at(i).contains(QLatin1String("multiuser"))); ++i)
         asked += calls.at(i).startsWith(QLatin1String("log ")) ? 0 : 1;
     QCOMPARE(asked, questions);
     QCOMPARE(PanelFixture::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
-    QCOMPARE(bench.table6d().rowCount(), head ? 2 : 1);
-    QCOMPARE(bench.text(0, BodyIdColumn), head ? QStringLiteral("MUH") : QStringLiteral("1"));
+    QCOMPARE(fixture.table6d().rowCount(), head ? 2 : 1);
+    QCOMPARE(fixture.text(0, BodyIdColumn), head ? QStringLiteral("MUH") : QStringLiteral("1"));
 }
 
 void TestHeadTarget::headCalibration_data()
@@ -118,19 +118,19 @@ void TestHeadTarget::headCalibration()
     QFETCH(const QStringList, questions);
     QFETCH(const QString, log);
     QFETCH(const bool, ready);
-    PanelFixture bench;
-    bench.answerHead();
-    bench.answer("body number_of_bodies multiuserwandor_head", "3");
+    PanelFixture fixture;
+    fixture.answerHead();
+    fixture.answer("body number_of_bodies multiuserwandor_head", "3");
     for (int i = 0; i < answers.size(); ++i) {
         const QString command = QStringLiteral("body %1 multiuserwandor_head b0%2")
                                     .arg(i % 2 == 0 ? QStringLiteral("calibrated") : QStringLiteral("active"))
                                     .arg(i / 2 + 1);
-        bench.refuse(command);
+        fixture.refuse(command);
         if (!answers.at(i).isEmpty())
-            bench.answer(command, answers.at(i));
+            fixture.answer(command, answers.at(i));
     }
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     QStringList asked;
     for (const QString &call : calls) {
         if (call.contains(QLatin1String("multiuserwandor_head b0")))
@@ -138,29 +138,29 @@ void TestHeadTarget::headCalibration()
     }
     QCOMPARE(asked, questions);
     QCOMPARE(PanelFixture::logs(calls), log.isEmpty() ? QStringList() : QStringList{log});
-    QCOMPARE(bench.table6d().rowCount(), 1);
-    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
+    QCOMPARE(fixture.table6d().rowCount(), 1);
+    QCOMPARE(fixture.table6d().item(0, BodyIdColumn)->whatsThis(),
              ready ? QString() : QStringLiteral(" This body is not yet calibrated."));
-    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(ready ? Qt::red : Qt::transparent));
+    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(ready ? Qt::red : Qt::transparent));
 }
 
 void TestHeadTarget::countFailsWhenAskedAgain()
 {
-    PanelFixture bench;
-    bench.answerHead();
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.answerHead();
+    fixture.createPanel();
     const QString count = QStringLiteral("requestInt body number_of_bodies multiuserwandor_head");
-    const QStringList whole = bench.reconfigure();
+    const QStringList whole = fixture.reconfigure();
     QCOMPARE(whole.count(count), 2);
     const int second = whole.lastIndexOf(count);
     const int requests = whole.mid(0, second + 1).filter(QRegularExpression(QStringLiteral("^request"))).size();
-    bench.host.failCall = requests;
-    const QStringList calls = bench.reconfigure();
+    fixture.host.failCall = requests;
+    const QStringList calls = fixture.reconfigure();
     QVERIFY(!calls.contains(QStringLiteral("requestString body calibrated multiuserwandor_head b01")));
     QCOMPARE(PanelFixture::logs(calls),
              QStringList{QStringLiteral("Error: Unable to get number of multiuser head targets")});
-    QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("MUH"));
-    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
+    QCOMPARE(fixture.text(0, BodyIdColumn), QStringLiteral("MUH"));
+    QCOMPARE(fixture.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
 }
 
 QTEST_MAIN(TestHeadTarget)

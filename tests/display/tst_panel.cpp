@@ -127,22 +127,22 @@ void TestPanel::construction()
     QFETCH(const QString, command);
     QFETCH(const QString, answer);
     QFETCH(const QStringList, calls);
-    PanelFixture bench(1, minorVersion, -1);
-    bench.host.failing.setPattern(QStringLiteral("chmon 3d yes$"));
+    PanelFixture fixture(1, minorVersion, -1);
+    fixture.host.failing.setPattern(QStringLiteral("chmon 3d yes$"));
     if (answer.isEmpty())
-        bench.refuse(command);
+        fixture.refuse(command);
     else
-        bench.answer(command, answer == QLatin1String("<empty>") ? QString() : answer);
-    bench.createPanel();
-    QCOMPARE(bench.takeCalls(), calls);
+        fixture.answer(command, answer == QLatin1String("<empty>") ? QString() : answer);
+    fixture.createPanel();
+    QCOMPARE(fixture.takeCalls(), calls);
 }
 
 void TestPanel::preferencesComeBeforeTheQuestions()
 {
-    PanelFixture bench;
-    bench.writePreferences("<OTHER/>");
-    bench.createPanel();
-    const QStringList calls = bench.takeCalls();
+    PanelFixture fixture;
+    fixture.writePreferences("<OTHER/>");
+    fixture.createPanel();
+    const QStringList calls = fixture.takeCalls();
     QCOMPARE(calls.value(0), registered.first());
     QVERIFY2(calls.value(1).startsWith(QLatin1String("log Error: Loading data display preferences")),
              qPrintable(calls.value(1)));
@@ -151,8 +151,8 @@ void TestPanel::preferencesComeBeforeTheQuestions()
 
 void TestPanel::formItself()
 {
-    PanelFixture bench;
-    const DataDisplay &panel = bench.createPanel();
+    PanelFixture fixture;
+    const DataDisplay &panel = fixture.createPanel();
     QCOMPARE(panel.objectName(), QStringLiteral("DataDisplayWidget"));
     QCOMPARE(panel.size(), QSize(881, 193));
     QCOMPARE(panel.windowTitle(), QStringLiteral("Form"));
@@ -164,8 +164,8 @@ void TestPanel::formItself()
     QCOMPARE(layout->itemAt(1)->widget()->objectName(), QStringLiteral("tableWidget3d"));
     QCOMPARE(layout->stretch(0), 0);
     QCOMPARE(layout->stretch(1), 0);
-    QCOMPARE(bench.table6d().rowCount(), 0);
-    QCOMPARE(bench.table3d().rowCount(), 0);
+    QCOMPARE(fixture.table6d().rowCount(), 0);
+    QCOMPARE(fixture.table3d().rowCount(), 0);
 }
 
 void TestPanel::tableOfTheForm_data()
@@ -187,11 +187,11 @@ void TestPanel::tableOfTheForm()
     QFETCH(const QByteArray, className);
     QFETCH(const Qt::ContextMenuPolicy, menuPolicy);
     QFETCH(const QString, whatsThis);
-    PanelFixture bench;
-    const auto *table = bench.createPanel().findChild<QTableWidget *>(name);
+    PanelFixture fixture;
+    const auto *table = fixture.createPanel().findChild<QTableWidget *>(name);
     QVERIFY(table);
     QCOMPARE(QByteArray(table->metaObject()->className()), className);
-    QCOMPARE(table->parentWidget(), bench.panel.get());
+    QCOMPARE(table->parentWidget(), fixture.panel.get());
     QVERIFY(table->isEnabled());
     QCOMPARE(table->font().family(), QStringLiteral("Sans Serif"));
     QCOMPARE(table->font().pointSize(), 8);
@@ -218,68 +218,68 @@ void TestPanel::tableOfTheForm()
 
 void TestPanel::showAndHide()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel->show();
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("startOutput 6di"), QStringLiteral("startOutput 3d")}));
-    bench.panel->hide();
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel->show();
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("startOutput 6di"), QStringLiteral("startOutput 3d")}));
+    fixture.panel->hide();
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
 }
 
 void TestPanel::eventsOfTheWindowSystemCount()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.panel->show();
-    bench.takeCalls();
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.panel->show();
+    fixture.takeCalls();
     QHideEvent minimized;
     QSpontaneKeyEvent::setSpontaneous(&minimized);
-    QCoreApplication::sendEvent(bench.panel.get(), &minimized);
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
+    QCoreApplication::sendEvent(fixture.panel.get(), &minimized);
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
     QShowEvent restored;
     QSpontaneKeyEvent::setSpontaneous(&restored);
-    QCoreApplication::sendEvent(bench.panel.get(), &restored);
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("startOutput 6di"), QStringLiteral("startOutput 3d")}));
+    QCoreApplication::sendEvent(fixture.panel.get(), &restored);
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("startOutput 6di"), QStringLiteral("startOutput 3d")}));
 }
 
 void TestPanel::shownPanelOfAnOldBackend()
 {
-    PanelFixture bench(1, 11);
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel->show();
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("startOutput 6d"), QStringLiteral("startOutput 3d")}));
+    PanelFixture fixture(1, 11);
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel->show();
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("startOutput 6d"), QStringLiteral("startOutput 3d")}));
 
     // The flag says at each moment which output is meant, whatever was started before.
-    bench.versions.backendMinor = 12;
-    const QStringList calls = bench.reconfigure();
+    fixture.versions.backendMinor = 12;
+    const QStringList calls = fixture.reconfigure();
     QVERIFY(calls.indexOf(QStringLiteral("stopOutput 6d")) >= 0);
     QVERIFY(calls.indexOf(QStringLiteral("startOutput 6di")) > calls.indexOf(QStringLiteral("stopOutput 6d")));
-    bench.panel->hide();
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
+    fixture.panel->hide();
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("stopOutput 6di"), QStringLiteral("stopOutput 3d")}));
 }
 
 void TestPanel::lineCounters()
 {
-    PanelFixture bench;
-    const DataDisplay &panel = bench.createPanel();
+    PanelFixture fixture;
+    const DataDisplay &panel = fixture.createPanel();
     const auto counters = [&panel] {
         return QList<quint64>{panel.property("storedLines").toULongLong(), panel.property("droppedLines").toULongLong(),
                               panel.property("ignoredLines").toULongLong()};
     };
     QCOMPARE(counters(), QList<quint64>({0, 0, 0}));
-    QCOMPARE(bench.send("6di", "6di 0"), 0);
-    QCOMPARE(bench.send("3d", "3d 1 [5 1.0][1 2 3]"), 0);
+    QCOMPARE(fixture.send("6di", "6di 0"), 0);
+    QCOMPARE(fixture.send("3d", "3d 1 [5 1.0][1 2 3]"), 0);
     QCOMPARE(counters(), QList<quint64>({2, 0, 0}));
-    QCOMPARE(bench.send("6d", "6d 0"), 0);
-    QCOMPARE(bench.send("fr", "fr 17"), 0);
+    QCOMPARE(fixture.send("6d", "6d 0"), 0);
+    QCOMPARE(fixture.send("fr", "fr 17"), 0);
     QCOMPARE(counters(), QList<quint64>({2, 0, 2}));
-    QCOMPARE(bench.send("6di", "6di 2000000000"), 0);
+    QCOMPARE(fixture.send("6di", "6di 2000000000"), 0);
     QCOMPARE(counters(), QList<quint64>({2, 1, 2}));
-    QCOMPARE(bench.send("6di", "6di"), -1);
+    QCOMPARE(fixture.send("6di", "6di"), -1);
     QCOMPARE(counters(), QList<quint64>({2, 1, 2}));
-    QCOMPARE(bench.send("6di", "6di -5"), 0);
+    QCOMPARE(fixture.send("6di", "6di -5"), 0);
     QCOMPARE(counters(), QList<quint64>({3, 1, 2}));
 }
 
@@ -301,66 +301,66 @@ void TestPanel::linesOfOtherTypes()
     QFETCH(const QByteArray, tag);
     QFETCH(const int, result);
     QFETCH(const int, markers);
-    PanelFixture bench;
-    DataDisplay &panel = bench.createPanel();
-    bench.send("3d", "3d 1 [5 1.0][1 2 3]");
-    QCOMPARE(bench.send(tag.constData(), "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), result);
+    PanelFixture fixture;
+    DataDisplay &panel = fixture.createPanel();
+    fixture.send("3d", "3d 1 [5 1.0][1 2 3]");
+    QCOMPARE(fixture.send(tag.constData(), "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), result);
     QCOMPARE(panel.processOutput(nullptr, "3d 0"), 0);
     QCOMPARE(panel.processOutput("3d", nullptr), 0);
     panel.updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), markers);
-    QCOMPARE(bench.send("3d", "3d "), -1);
+    QCOMPARE(fixture.table3d().rowCount(), markers);
+    QCOMPARE(fixture.send("3d", "3d "), -1);
     panel.updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 0);
+    QCOMPARE(fixture.table3d().rowCount(), 0);
 }
 
 void TestPanel::firstLineOfAConfigurationRedraws()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.createPanel();
-    QSignalSpy firstBodies(bench.panel.get(), &DataDisplay::shallUpdateView6d);
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.createPanel();
+    QSignalSpy firstBodies(fixture.panel.get(), &DataDisplay::shallUpdateView6d);
     const QByteArray line = "6di 1 " + bodyText(0, "2", "1.0", "1 2 3");
-    bench.send("6di", line);
+    fixture.send("6di", line);
     QCOMPARE(firstBodies.count(), 0);
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00")); // drawn before the old frame is forgotten
-    bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "4 5 6"));
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00")); // drawn before the old frame is forgotten
+    fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "4 5 6"));
     QCOMPARE(firstBodies.count(), 1);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00")); // queued: drawn by the GUI thread's loop
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00")); // queued: drawn by the GUI thread's loop
     QCoreApplication::processEvents();
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("4.00"));
-    bench.send("6di", line);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("4.00"));
+    fixture.send("6di", line);
     QCOMPARE(firstBodies.count(), 1);
 }
 
 void TestPanel::shutdownUnregistersThenSaves()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel->prepareShutdown();
-    QCOMPARE(bench.takeCalls(), QStringList({QStringLiteral("unregisterRequester")}));
-    QVERIFY(QFile::remove(bench.preferencesFile()));
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel->prepareShutdown();
+    QCOMPARE(fixture.takeCalls(), QStringList({QStringLiteral("unregisterRequester")}));
+    QVERIFY(QFile::remove(fixture.preferencesFile()));
 
-    QVERIFY(QDir().mkdir(bench.preferencesFile())); // so that saving is heard of
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel->prepareShutdown();
-    QCOMPARE(bench.takeCalls(),
+    QVERIFY(QDir().mkdir(fixture.preferencesFile())); // so that saving is heard of
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel->prepareShutdown();
+    QCOMPARE(fixture.takeCalls(),
              QStringList({QStringLiteral("unregisterRequester"),
-                          QStringLiteral("log Error: Writing data display preferences. File ") + bench.preferencesFile()
-                              + QStringLiteral(" cannot be opened for writing")}));
+                          QStringLiteral("log Error: Writing data display preferences. File ")
+                              + fixture.preferencesFile() + QStringLiteral(" cannot be opened for writing")}));
 }
 
 void TestPanel::destructionSavesNothing()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel.reset();
-    QCOMPARE(bench.takeCalls(), QStringList());
-    QVERIFY(!QFile::exists(bench.preferencesFile()));
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel.reset();
+    QCOMPARE(fixture.takeCalls(), QStringList());
+    QVERIFY(!QFile::exists(fixture.preferencesFile()));
 }
 
 QTEST_MAIN(TestPanel)

@@ -20,24 +20,24 @@ QList<int> widthsOf(const QTableWidget &table)
 }
 
 /// Both tables' widths, those of the hidden columns too, as a new panel has them.
-QList<int> widthsWithHidden(const PanelFixture &bench)
+QList<int> widthsWithHidden(const PanelFixture &fixture)
 {
     for (const int column : {FilterColumn, SensorColumn, BatteryColumn, TemperatureColumn})
-        bench.table6d().setColumnHidden(column, false);
-    return widthsOf(bench.table6d()) + widthsOf(bench.table3d());
+        fixture.table6d().setColumnHidden(column, false);
+    return widthsOf(fixture.table6d()) + widthsOf(fixture.table3d());
 }
 
 QList<int> builtInWidths()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    return widthsWithHidden(bench);
+    PanelFixture fixture;
+    fixture.createPanel();
+    return widthsWithHidden(fixture);
 }
 
-QStringList logsOfLoading(PanelFixture &bench)
+QStringList logsOfLoading(PanelFixture &fixture)
 {
-    bench.createPanel();
-    return PanelFixture::logs(bench.takeCalls());
+    fixture.createPanel();
+    return PanelFixture::logs(fixture.takeCalls());
 }
 
 QByteArray document(const QByteArray &elements)
@@ -114,9 +114,9 @@ private slots:
 
 void TestPreferences::noFileIsNoError()
 {
-    PanelFixture bench;
-    QCOMPARE(logsOfLoading(bench), QStringList());
-    QVERIFY2(!QDir(bench.home.path() + QStringLiteral("/.ZEL")).exists(), "loading created a folder");
+    PanelFixture fixture;
+    QCOMPARE(logsOfLoading(fixture), QStringList());
+    QVERIFY2(!QDir(fixture.home.path() + QStringLiteral("/.ZEL")).exists(), "loading created a folder");
 }
 
 void TestPreferences::elements_data()
@@ -161,10 +161,10 @@ void TestPreferences::elements()
     QList<int> widths = builtInWidths();
     if (width > 0)
         widths[column] = width;
-    PanelFixture bench;
-    bench.writePreferences(document(elements));
-    QCOMPARE(logsOfLoading(bench), QStringList());
-    QList<int> found = widthsWithHidden(bench);
+    PanelFixture fixture;
+    fixture.writePreferences(document(elements));
+    QCOMPARE(logsOfLoading(fixture), QStringList());
+    QList<int> found = widthsWithHidden(fixture);
     // The stretching columns follow the others.
     widths[12] = found[12];
     widths[16] = found[16];
@@ -186,10 +186,10 @@ void TestPreferences::brokenFiles_data()
 void TestPreferences::brokenFiles()
 {
     QFETCH(const QByteArray, content);
-    PanelFixture bench;
-    bench.writePreferences(content);
-    QCOMPARE(logsOfLoading(bench), QStringList{cannotParse(bench.preferencesFile(), content)});
-    QCOMPARE(widthsWithHidden(bench), builtInWidths());
+    PanelFixture fixture;
+    fixture.writePreferences(content);
+    QCOMPARE(logsOfLoading(fixture), QStringList{cannotParse(fixture.preferencesFile(), content)});
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
 }
 
 void TestPreferences::wrongRoots_data()
@@ -205,10 +205,10 @@ void TestPreferences::wrongRoots_data()
 void TestPreferences::wrongRoots()
 {
     QFETCH(const QByteArray, content);
-    PanelFixture bench;
-    bench.writePreferences(content);
-    QCOMPARE(logsOfLoading(bench), QStringList{wrongRoot(bench.preferencesFile())});
-    QCOMPARE(widthsWithHidden(bench), builtInWidths());
+    PanelFixture fixture;
+    fixture.writePreferences(content);
+    QCOMPARE(logsOfLoading(fixture), QStringList{wrongRoot(fixture.preferencesFile())});
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
 }
 
 void TestPreferences::largeFiles_data()
@@ -225,13 +225,13 @@ void TestPreferences::largeFiles_data()
 void TestPreferences::largeFiles()
 {
     QFETCH(const QByteArray, content);
-    PanelFixture bench;
-    bench.writePreferences(content);
-    const QStringList logs = logsOfLoading(bench);
+    PanelFixture fixture;
+    fixture.writePreferences(content);
+    const QStringList logs = logsOfLoading(fixture);
     QCOMPARE(logs.size(), 1);
     QVERIFY(logs.first().startsWith(QLatin1String("Error: Loading data display preferences ")));
     QVERIFY(logs.first().endsWith(QLatin1String("Using built-in values")));
-    QCOMPARE(widthsWithHidden(bench), builtInWidths());
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
 }
 
 void TestPreferences::otherEncodings_data()
@@ -248,10 +248,10 @@ void TestPreferences::otherEncodings_data()
 void TestPreferences::otherEncodings()
 {
     QFETCH(const QByteArray, content);
-    PanelFixture bench;
-    bench.writePreferences(content);
-    QCOMPARE(logsOfLoading(bench), QStringList());
-    QCOMPARE(bench.table3d().columnWidth(2), 99);
+    PanelFixture fixture;
+    fixture.writePreferences(content);
+    QCOMPARE(logsOfLoading(fixture), QStringList());
+    QCOMPARE(fixture.table3d().columnWidth(2), 99);
 }
 
 void TestPreferences::notAFile_data()
@@ -268,24 +268,24 @@ void TestPreferences::notAFile()
 {
     QFETCH(const QString, kind);
     QFETCH(const bool, logged);
-    PanelFixture bench;
-    QVERIFY(QDir().mkpath(bench.preferencesDir()));
-    const QString file = bench.preferencesFile();
+    PanelFixture fixture;
+    QVERIFY(QDir().mkpath(fixture.preferencesDir()));
+    const QString file = fixture.preferencesFile();
     if (kind == QLatin1String("folder"))
         QVERIFY(QDir().mkpath(file));
     else if (kind == QLatin1String("pipe"))
         QCOMPARE(mkfifo(QFile::encodeName(file).constData(), 0600), 0);
     else
         QVERIFY(QFile::link(kind == QLatin1String("endless link") ? file : QStringLiteral("/nowhere/at/all"), file));
-    QCOMPARE(logsOfLoading(bench), logged ? QStringList{cannotRead(file)} : QStringList());
-    QCOMPARE(widthsWithHidden(bench), builtInWidths());
+    QCOMPARE(logsOfLoading(fixture), logged ? QStringList{cannotRead(file)} : QStringList());
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
 }
 
 void TestPreferences::percentSignsInTheHomeAreKept()
 {
     for (const QByteArray &content : {QByteArray("<VORNAK>"), QByteArray("<A/>")}) {
-        PanelFixture bench;
-        const QString home = bench.home.path() + QStringLiteral("/%2 %1 %s %n");
+        PanelFixture fixture;
+        const QString home = fixture.home.path() + QStringLiteral("/%2 %1 %s %n");
         qputenv("HOME", QFile::encodeName(home));
         const QString folder = home + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/v2.2.6/config");
         QVERIFY(QDir().mkpath(folder));
@@ -294,30 +294,30 @@ void TestPreferences::percentSignsInTheHomeAreKept()
         file.write(content);
         file.close();
         const QString text = content == "<A/>" ? wrongRoot(file.fileName()) : cannotParse(file.fileName(), content);
-        QCOMPARE(logsOfLoading(bench), QStringList{text});
+        QCOMPARE(logsOfLoading(fixture), QStringList{text});
     }
 }
 
 void TestPreferences::logTextIsLatin1()
 {
-    PanelFixture bench;
-    const QString home = bench.home.path() + QStringLiteral("/M\u00FCller \u5B57");
+    PanelFixture fixture;
+    const QString home = fixture.home.path() + QStringLiteral("/M\u00FCller \u5B57");
     qputenv("HOME", QFile::encodeName(home));
     const QString file =
         home + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/v2.2.6/config/datadisplay-preferences.xml");
     QVERIFY(QDir().mkpath(file));
     QString text = cannotRead(file);
-    QCOMPARE(logsOfLoading(bench), QStringList{text.replace(QChar(0x5B57), QLatin1Char('?'))});
+    QCOMPARE(logsOfLoading(fixture), QStringList{text.replace(QChar(0x5B57), QLatin1Char('?'))});
 }
 
 void TestPreferences::eachModuleVersionHasItsFile()
 {
-    PanelFixture bench;
-    bench.writePreferences(document("<TABLE_3D_COLUMN_2 WIDTH=\"99\"/>"));
-    const DataDisplay other(&bench.host, nullptr, &bench.versions, QStringLiteral("v2.2.7"));
+    PanelFixture fixture;
+    fixture.writePreferences(document("<TABLE_3D_COLUMN_2 WIDTH=\"99\"/>"));
+    const DataDisplay other(&fixture.host, nullptr, &fixture.versions, QStringLiteral("v2.2.7"));
     QVERIFY(other.findChild<QTableWidget *>(QStringLiteral("tableWidget3d"))->columnWidth(2) != 99);
-    bench.createPanel();
-    QCOMPARE(bench.table3d().columnWidth(2), 99);
+    fixture.createPanel();
+    QCOMPARE(fixture.table3d().columnWidth(2), 99);
 }
 
 QTEST_MAIN(TestPreferences)

@@ -19,8 +19,8 @@ QByteArray contentOf(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
 }
 
-/// What the file has to hold for the present widths of the panel of \a bench.
-QByteArray expectedFile(const PanelFixture &bench)
+/// What the file has to hold for the present widths of the panel of \a fixture.
+QByteArray expectedFile(const PanelFixture &fixture)
 {
     QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<VORNAK>\n";
     const auto add = [&text](const char *table, int column, int width) {
@@ -28,24 +28,24 @@ QByteArray expectedFile(const PanelFixture &bench)
             + QByteArray::number(width) + "\"/>\n";
     };
     for (int column = 0; column < 13; ++column) {
-        const int width = bench.table6d().columnWidth(column);
+        const int width = fixture.table6d().columnWidth(column);
         add("6D", column, width < 1 ? 60 : width);
     }
     for (int column = 0; column < 4; ++column)
-        add("3D", column, bench.table3d().columnWidth(column));
+        add("3D", column, fixture.table3d().columnWidth(column));
     return text + "</VORNAK>\n";
 }
 
 /// Saves, and returns what was logged.
-QStringList logsOfSaving(PanelFixture &bench)
+QStringList logsOfSaving(PanelFixture &fixture)
 {
-    bench.takeCalls();
-    bench.panel->prepareShutdown();
-    return PanelFixture::logs(bench.takeCalls());
+    fixture.takeCalls();
+    fixture.panel->prepareShutdown();
+    return PanelFixture::logs(fixture.takeCalls());
 }
 
 /// Saves while no file may grow beyond \a size bytes, as on a full disk, and returns what was logged.
-QStringList logsOfSavingWithin(PanelFixture &bench, rlim_t size)
+QStringList logsOfSavingWithin(PanelFixture &fixture, rlim_t size)
 {
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
     rlimit oldLimit{};
@@ -56,7 +56,7 @@ QStringList logsOfSavingWithin(PanelFixture &bench, rlim_t size)
     });
     const rlimit limit{size, oldLimit.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limit);
-    return logsOfSaving(bench);
+    return logsOfSaving(fixture);
 }
 
 QString cannotWrite(const QString &file)
@@ -104,13 +104,13 @@ void TestPreferencesSaving::wholeFile()
 {
     QFETCH(const int, minorVersion);
     QFETCH(const QList<int>, fallbacks);
-    PanelFixture bench(1, minorVersion);
-    bench.createPanel();
-    bench.table6d().setColumnWidth(4, 77);
-    bench.table3d().setColumnWidth(1, 78);
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    const QByteArray content = contentOf(bench.preferencesFile());
-    QCOMPARE(content, expectedFile(bench));
+    PanelFixture fixture(1, minorVersion);
+    fixture.createPanel();
+    fixture.table6d().setColumnWidth(4, 77);
+    fixture.table3d().setColumnWidth(1, 78);
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    const QByteArray content = contentOf(fixture.preferencesFile());
+    QCOMPARE(content, expectedFile(fixture));
     QVERIFY(content.contains("<TABLE_6D_COLUMN_4 WIDTH=\"77\"/>"));
     QVERIFY(content.contains("<TABLE_3D_COLUMN_1 WIDTH=\"78\"/>"));
     for (const int column : fallbacks)
@@ -119,50 +119,50 @@ void TestPreferencesSaving::wholeFile()
 
 void TestPreferencesSaving::zeroWidthOfMarkersIsSavedAsItIs()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.table3d().setColumnHidden(1, true);
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    QVERIFY(contentOf(bench.preferencesFile()).contains("<TABLE_3D_COLUMN_1 WIDTH=\"0\"/>"));
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.table3d().setColumnHidden(1, true);
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    QVERIFY(contentOf(fixture.preferencesFile()).contains("<TABLE_3D_COLUMN_1 WIDTH=\"0\"/>"));
 }
 
 void TestPreferencesSaving::oldContentIsReplaced()
 {
-    PanelFixture bench;
-    bench.writePreferences(QByteArray("<VORNAK>") + QByteArray(100'000, ' ') + "</VORNAK>");
-    bench.createPanel();
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    QCOMPARE(contentOf(bench.preferencesFile()), expectedFile(bench));
-    QCOMPARE(QDir(bench.preferencesDir()).entryList(QDir::Files | QDir::Hidden),
+    PanelFixture fixture;
+    fixture.writePreferences(QByteArray("<VORNAK>") + QByteArray(100'000, ' ') + "</VORNAK>");
+    fixture.createPanel();
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    QCOMPARE(contentOf(fixture.preferencesFile()), expectedFile(fixture));
+    QCOMPARE(QDir(fixture.preferencesDir()).entryList(QDir::Files | QDir::Hidden),
              QStringList{QStringLiteral("datadisplay-preferences.xml")});
 }
 
 void TestPreferencesSaving::widthsComeBack()
 {
-    PanelFixture bench;
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.createPanel();
     for (int column = 0; column < 12; ++column)
-        bench.table6d().setColumnWidth(column, 80 + column);
+        fixture.table6d().setColumnWidth(column, 80 + column);
     for (int column = 0; column < 3; ++column)
-        bench.table3d().setColumnWidth(column, 120 + column);
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    const QByteArray first = contentOf(bench.preferencesFile());
-    bench.createPanel();
-    QCOMPARE(bench.table6d().columnWidth(9), 89);
-    QCOMPARE(bench.table3d().columnWidth(2), 122);
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    QCOMPARE(contentOf(bench.preferencesFile()), first);
+        fixture.table3d().setColumnWidth(column, 120 + column);
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    const QByteArray first = contentOf(fixture.preferencesFile());
+    fixture.createPanel();
+    QCOMPARE(fixture.table6d().columnWidth(9), 89);
+    QCOMPARE(fixture.table3d().columnWidth(2), 122);
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    QCOMPARE(contentOf(fixture.preferencesFile()), first);
 }
 
 void TestPreferencesSaving::hiddenWidthIsLostToItsFallback()
 {
-    PanelFixture bench;
-    bench.writePreferences("<VORNAK><TABLE_6D_COLUMN_10 WIDTH=\"140\"/></VORNAK>");
-    bench.createPanel();
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    bench.createPanel();
-    bench.table6d().setColumnHidden(10, false);
-    QCOMPARE(bench.table6d().columnWidth(10), 60);
+    PanelFixture fixture;
+    fixture.writePreferences("<VORNAK><TABLE_6D_COLUMN_10 WIDTH=\"140\"/></VORNAK>");
+    fixture.createPanel();
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    fixture.createPanel();
+    fixture.table6d().setColumnHidden(10, false);
+    QCOMPARE(fixture.table6d().columnWidth(10), 60);
 }
 
 void TestPreferencesSaving::fileThatCannotBeWritten_data()
@@ -175,14 +175,14 @@ void TestPreferencesSaving::fileThatCannotBeWritten_data()
 void TestPreferencesSaving::fileThatCannotBeWritten()
 {
     QFETCH(const QString, kind);
-    PanelFixture bench;
-    bench.createPanel();
-    QVERIFY(QDir().mkpath(bench.preferencesDir()));
+    PanelFixture fixture;
+    fixture.createPanel();
+    QVERIFY(QDir().mkpath(fixture.preferencesDir()));
     if (kind == QLatin1String("folder"))
-        QVERIFY(QDir().mkpath(bench.preferencesFile()));
+        QVERIFY(QDir().mkpath(fixture.preferencesFile()));
     else
-        QVERIFY(QFile::link(bench.home.path() + QStringLiteral("/missing/file"), bench.preferencesFile()));
-    QCOMPARE(logsOfSaving(bench), QStringList{cannotWrite(bench.preferencesFile())});
+        QVERIFY(QFile::link(fixture.home.path() + QStringLiteral("/missing/file"), fixture.preferencesFile()));
+    QCOMPARE(logsOfSaving(fixture), QStringList{cannotWrite(fixture.preferencesFile())});
 }
 
 void TestPreferencesSaving::folderThatCannotBeMade_data()
@@ -195,16 +195,16 @@ void TestPreferencesSaving::folderThatCannotBeMade_data()
 void TestPreferencesSaving::folderThatCannotBeMade()
 {
     QFETCH(const QString, blocked);
-    PanelFixture bench;
-    const QString path = bench.home.path() + blocked;
+    PanelFixture fixture;
+    const QString path = fixture.home.path() + blocked;
     QVERIFY(QDir().mkpath(QFileInfo(path).path()));
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("mine");
     file.close();
-    bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.takeCalls()), QStringList());
-    QCOMPARE(logsOfSaving(bench), QStringList{noFolder(bench.preferencesDir())});
+    fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.takeCalls()), QStringList());
+    QCOMPARE(logsOfSaving(fixture), QStringList{noFolder(fixture.preferencesDir())});
     QCOMPARE(contentOf(path), QByteArray("mine"));
 }
 
@@ -220,28 +220,29 @@ void TestPreferencesSaving::oldFileSurvivesAFullDisk()
 {
     QFETCH(const int, room);
     const QByteArray old = "<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>\n";
-    PanelFixture bench;
-    bench.writePreferences(old);
-    bench.createPanel();
-    const int size = room < 0 ? expectedFile(bench).size() + room : room;
-    QCOMPARE(logsOfSavingWithin(bench, static_cast<rlim_t>(size)), QStringList{cannotWrite(bench.preferencesFile())});
-    QCOMPARE(contentOf(bench.preferencesFile()), old);
-    QCOMPARE(QDir(bench.preferencesDir()).entryList(QDir::Files | QDir::Hidden),
+    PanelFixture fixture;
+    fixture.writePreferences(old);
+    fixture.createPanel();
+    const int size = room < 0 ? expectedFile(fixture).size() + room : room;
+    QCOMPARE(logsOfSavingWithin(fixture, static_cast<rlim_t>(size)),
+             QStringList{cannotWrite(fixture.preferencesFile())});
+    QCOMPARE(contentOf(fixture.preferencesFile()), old);
+    QCOMPARE(QDir(fixture.preferencesDir()).entryList(QDir::Files | QDir::Hidden),
              QStringList{QStringLiteral("datadisplay-preferences.xml")});
-    QCOMPARE(logsOfSavingWithin(bench, static_cast<rlim_t>(expectedFile(bench).size())), QStringList());
-    QCOMPARE(contentOf(bench.preferencesFile()), expectedFile(bench));
+    QCOMPARE(logsOfSavingWithin(fixture, static_cast<rlim_t>(expectedFile(fixture).size())), QStringList());
+    QCOMPARE(contentOf(fixture.preferencesFile()), expectedFile(fixture));
 }
 
 void TestPreferencesSaving::linkIsFollowed()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    QVERIFY(QDir().mkpath(bench.preferencesDir()));
-    const QString target = bench.home.path() + QStringLiteral("/elsewhere.xml");
-    QVERIFY(QFile::link(target, bench.preferencesFile()));
-    QCOMPARE(logsOfSaving(bench), QStringList());
-    QVERIFY(QFileInfo(bench.preferencesFile()).isSymLink());
-    QCOMPARE(contentOf(target), expectedFile(bench));
+    PanelFixture fixture;
+    fixture.createPanel();
+    QVERIFY(QDir().mkpath(fixture.preferencesDir()));
+    const QString target = fixture.home.path() + QStringLiteral("/elsewhere.xml");
+    QVERIFY(QFile::link(target, fixture.preferencesFile()));
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    QVERIFY(QFileInfo(fixture.preferencesFile()).isSymLink());
+    QCOMPARE(contentOf(target), expectedFile(fixture));
 }
 
 QTEST_MAIN(TestPreferencesSaving)

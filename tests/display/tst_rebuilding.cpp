@@ -130,36 +130,36 @@ void TestRebuilding::tableIsHiddenMeanwhile()
 {
     QFETCH(const QString, command);
     QFETCH(const QString, answer);
-    FullBackend bench;
-    bench.createConfiguredPanel().show();
-    bench.refuse(command);
+    FullBackend fixture;
+    fixture.createConfiguredPanel().show();
+    fixture.refuse(command);
     if (!answer.isEmpty())
-        bench.answer(command, answer);
+        fixture.answer(command, answer);
     else if (command.isEmpty())
-        QVERIFY(!bench.table6d().isColumnHidden(SensorColumn));
-    bench.takeCalls();
-    const VisibilityWatcher watcher(bench.table6d(), bench.host);
-    bench.panel->configurationChanged();
-    QVERIFY(bench.table6d().isVisible());
-    const QByteArrayList calls = bench.host.takeCalls();
+        QVERIFY(!fixture.table6d().isColumnHidden(SensorColumn));
+    fixture.takeCalls();
+    const VisibilityWatcher watcher(fixture.table6d(), fixture.host);
+    fixture.panel->configurationChanged();
+    QVERIFY(fixture.table6d().isVisible());
+    const QByteArrayList calls = fixture.host.takeCalls();
     QCOMPARE(watcher.hiddenAt, QList<int>{calls.indexOf("requestString body desc standard b01")});
     QCOMPARE(watcher.shownAt, QList<int>{calls.size()});
 
-    bench.panel->hide();
-    bench.panel->configurationChanged();
-    QVERIFY(!bench.table6d().isHidden());
-    QVERIFY(!bench.panel->isVisible());
+    fixture.panel->hide();
+    fixture.panel->configurationChanged();
+    QVERIFY(!fixture.table6d().isHidden());
+    QVERIFY(!fixture.panel->isVisible());
 }
 
 void TestRebuilding::anyFailureIsSurvived_data()
 {
     QTest::addColumn<int>("failing");
-    FullBackend bench;
-    bench.createConfiguredPanel();
-    bench.restart();
-    bench.panel->configurationChanged();
-    bench.panel->timerUpdateInertialSensorInfo();
-    const int count = bench.host.formats.size();
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
+    fixture.restart();
+    fixture.panel->configurationChanged();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    const int count = fixture.host.formats.size();
     QVERIFY(count > 30);
     for (int i = 1; i <= count; ++i)
         QTest::newRow(qPrintable(QStringLiteral("call %1").arg(i))) << i;
@@ -168,163 +168,163 @@ void TestRebuilding::anyFailureIsSurvived_data()
 void TestRebuilding::anyFailureIsSurvived()
 {
     QFETCH(const int, failing);
-    FullBackend bench;
-    bench.createConfiguredPanel().show();
-    bench.restart();
-    const QStringList calls = bench.reconfigure();
-    bench.panel->timerUpdateInertialSensorInfo();
-    const QStringList seen = bench.everything();
+    FullBackend fixture;
+    fixture.createConfiguredPanel().show();
+    fixture.restart();
+    const QStringList calls = fixture.reconfigure();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    const QStringList seen = fixture.everything();
 
-    bench.restart(failing);
-    bench.panel->configurationChanged();
-    bench.panel->timerUpdateInertialSensorInfo();
-    QVERIFY2(bench.table6d().isVisible(), "the table stayed hidden");
-    bench.panel->updateView6d();
-    QCOMPARE(bench.send("6di", "6di 0"), 0);
+    fixture.restart(failing);
+    fixture.panel->configurationChanged();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    QVERIFY2(fixture.table6d().isVisible(), "the table stayed hidden");
+    fixture.panel->updateView6d();
+    QCOMPARE(fixture.send("6di", "6di 0"), 0);
 
-    bench.restart();
-    QCOMPARE(bench.reconfigure(), calls);
-    bench.panel->timerUpdateInertialSensorInfo();
-    QCOMPARE(bench.everything(), seen);
+    fixture.restart();
+    QCOMPARE(fixture.reconfigure(), calls);
+    fixture.panel->timerUpdateInertialSensorInfo();
+    QCOMPARE(fixture.everything(), seen);
 }
 
 void TestRebuilding::allFailuresAreSurvived()
 {
-    FullBackend bench;
-    bench.createConfiguredPanel().show();
-    const QStringList calls = bench.reconfigure();
-    const auto answers = bench.host.answers;
-    bench.host.answers.clear();
-    const QStringList logs = PanelFixture::logs(bench.reconfigure());
+    FullBackend fixture;
+    fixture.createConfiguredPanel().show();
+    const QStringList calls = fixture.reconfigure();
+    const auto answers = fixture.host.answers;
+    fixture.host.answers.clear();
+    const QStringList logs = PanelFixture::logs(fixture.reconfigure());
     QCOMPARE(logs,
              QStringList({QStringLiteral("Error: Unable to get number of bodies"),
                           QStringLiteral("Error: Unable to get info multiuser wandor available"),
                           QStringLiteral("Error: Unable to get fixed angle present"),
                           QStringLiteral("Error: Unable to get info output 6di available")}));
-    QCOMPARE(bench.table6d().rowCount(), 0);
-    QVERIFY(bench.table6d().isVisible());
-    bench.host.answers = answers;
-    QCOMPARE(bench.reconfigure(), calls);
+    QCOMPARE(fixture.table6d().rowCount(), 0);
+    QVERIFY(fixture.table6d().isVisible());
+    fixture.host.answers = answers;
+    QCOMPARE(fixture.reconfigure(), calls);
 }
 
 void TestRebuilding::recordsOfTheOldConfigurationGo()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.createConfiguredPanel();
-    bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
-    bench.send("3d", "3d 1 [5 1.0][1 2 3]");
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(Qt::green)); // drawn once from what there was
-    bench.panel->updateView6d();
-    bench.panel->updateView3d();
-    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(Qt::red));
-    QCOMPARE(bench.table3d().rowCount(), 1); // the markers have no configuration
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.createConfiguredPanel();
+    fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
+    fixture.send("3d", "3d 1 [5 1.0][1 2 3]");
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(Qt::green)); // drawn once from what there was
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(Qt::red));
+    QCOMPARE(fixture.table3d().rowCount(), 1); // the markers have no configuration
 }
 
 void TestRebuilding::rowsComeAndGo()
 {
-    PanelFixture bench;
-    bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.createConfiguredPanel();
     for (const int count : {5, 2, 0, 3}) {
-        bench.answerBodies(count);
-        bench.panel->configurationChanged();
-        QCOMPARE(bench.table6d().rowCount(), count);
-        bench.panel->updateView6d();
-        bench.send("6di", "6di 1 " + bodyText(4, "2", "1.0", "1 2 3"));
+        fixture.answerBodies(count);
+        fixture.panel->configurationChanged();
+        QCOMPARE(fixture.table6d().rowCount(), count);
+        fixture.panel->updateView6d();
+        fixture.send("6di", "6di 1 " + bodyText(4, "2", "1.0", "1 2 3"));
     }
-    QCOMPARE(bench.text(2, BodyIdColumn), QStringLiteral("3"));
-    bench.answerHead();
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("MUH"));
-    bench.answer("wandor multiuser", "no");
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("1"));
-    QCOMPARE(bench.text(0, NameColumn), QStringLiteral("Body 1"));
+    QCOMPARE(fixture.text(2, BodyIdColumn), QStringLiteral("3"));
+    fixture.answerHead();
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.text(0, BodyIdColumn), QStringLiteral("MUH"));
+    fixture.answer("wandor multiuser", "no");
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.text(0, BodyIdColumn), QStringLiteral("1"));
+    QCOMPARE(fixture.text(0, NameColumn), QStringLiteral("Body 1"));
 }
 
 void TestRebuilding::ticksBetweenTheAnswersMeetWholeRows()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3")), 0);
-    bench.answerBodies(3);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3")), 0);
+    fixture.answerBodies(3);
     int ticks = 0;
-    bench.host.onCall = [&] {
+    fixture.host.onCall = [&] {
         panel.updateView6d();
         panel.updateView3d();
         ++ticks;
     };
     panel.configurationChanged();
-    bench.host.onCall = nullptr;
+    fixture.host.onCall = nullptr;
     QVERIFY(ticks > 10);
-    QCOMPARE(bench.table6d().rowCount(), 3);
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(2, "2", "1.0", "4 5 6")), 0);
+    QCOMPARE(fixture.table6d().rowCount(), 3);
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(2, "2", "1.0", "4 5 6")), 0);
     panel.updateView6d();
-    QCOMPARE(bench.text(2, XColumn), QStringLiteral("4.00"));
+    QCOMPARE(fixture.text(2, XColumn), QStringLiteral("4.00"));
 }
 
 void TestRebuilding::oldBackendLeavesTheSensorColumns()
 {
-    FullBackend bench;
-    bench.createConfiguredPanel();
-    QVERIFY(!bench.table6d().isColumnHidden(BatteryColumn));
-    bench.versions.backendMinor = 11;
-    const QStringList calls = bench.reconfigure();
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
+    QVERIFY(!fixture.table6d().isColumnHidden(BatteryColumn));
+    fixture.versions.backendMinor = 11;
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(calls.filter(QStringLiteral("inertial")), QStringList());
     QCOMPARE(calls.filter(QStringLiteral("filter6d")), QStringList());
     for (const int column : {SensorColumn, BatteryColumn, TemperatureColumn})
-        QVERIFY(!bench.table6d().isColumnHidden(column));
-    for (int row = 0; row < bench.table6d().rowCount(); ++row)
-        QCOMPARE(bench.text(row, FilterColumn), QString());
-    QCOMPARE(bench.table6d().item(1, SensorColumn)->data(Qt::UserRole), QVariant(QStringLiteral("none")));
-    bench.takeCalls();
-    bench.panel->timerUpdateInertialSensorInfo();
-    QCOMPARE(bench.takeCalls(), QStringList());
+        QVERIFY(!fixture.table6d().isColumnHidden(column));
+    for (int row = 0; row < fixture.table6d().rowCount(); ++row)
+        QCOMPARE(fixture.text(row, FilterColumn), QString());
+    QCOMPARE(fixture.table6d().item(1, SensorColumn)->data(Qt::UserRole), QVariant(QStringLiteral("none")));
+    fixture.takeCalls();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    QCOMPARE(fixture.takeCalls(), QStringList());
 }
 
 void TestRebuilding::clearedPanel()
 {
-    FullBackend bench;
-    bench.createConfiguredPanel();
-    bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
-    bench.send("3d", "3d 1 [5 1.0][1 2 3]");
-    bench.panel->updateView3d();
-    bench.panel->clearData();
-    QCOMPARE(bench.takeCalls(), QStringList());
-    QCOMPARE(bench.table6d().rowCount(), 0);
-    QCOMPARE(bench.table3d().rowCount(), 0);
-    QVERIFY(!bench.table6d().isHidden());
-    bench.panel->updateView6d();
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 0);
-    bench.panel->timerUpdateInertialSensorInfo();
-    QCOMPARE(bench.takeCalls(), QStringList());
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
+    fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
+    fixture.send("3d", "3d 1 [5 1.0][1 2 3]");
+    fixture.panel->updateView3d();
+    fixture.panel->clearData();
+    QCOMPARE(fixture.takeCalls(), QStringList());
+    QCOMPARE(fixture.table6d().rowCount(), 0);
+    QCOMPARE(fixture.table3d().rowCount(), 0);
+    QVERIFY(!fixture.table6d().isHidden());
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 0);
+    fixture.panel->timerUpdateInertialSensorInfo();
+    QCOMPARE(fixture.takeCalls(), QStringList());
 
-    QSignalSpy firstBodies(bench.panel.get(), &DataDisplay::shallUpdateView6d);
-    bench.send("6di", "6di 0");
+    QSignalSpy firstBodies(fixture.panel.get(), &DataDisplay::shallUpdateView6d);
+    fixture.send("6di", "6di 0");
     QCOMPARE(firstBodies.count(), 0); // the configuration's first bodies came before
-    bench.panel->configurationChanged();
-    bench.panel->clearData();
-    bench.send("6di", "6di 0");
+    fixture.panel->configurationChanged();
+    fixture.panel->clearData();
+    fixture.send("6di", "6di 0");
     QCOMPARE(firstBodies.count(), 1); // clearing doesn't take back that there is a new configuration
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.table6d().rowCount(), 4);
-    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(Qt::red)); // nothing of before is left
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.table6d().rowCount(), 4);
+    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(Qt::red)); // nothing of before is left
 }
 
 void TestRebuilding::clearedPanelWithoutConfiguration()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    bench.takeCalls();
-    bench.panel->clearData();
-    bench.panel->timerUpdateInertialSensorInfo();
-    bench.panel->updateInertialSensorInfo(true);
-    bench.panel->onUpdateFilterActiveStatus(0);
-    bench.panel->updateView6d();
-    QCOMPARE(bench.takeCalls(), QStringList());
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.takeCalls();
+    fixture.panel->clearData();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    fixture.panel->updateInertialSensorInfo(true);
+    fixture.panel->onUpdateFilterActiveStatus(0);
+    fixture.panel->updateView6d();
+    QCOMPARE(fixture.takeCalls(), QStringList());
 }
 
 void TestRebuilding::clearingStopsWhatItsConfigurationStarted_data()
@@ -340,13 +340,13 @@ void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
 {
     QFETCH(const QString, command);
     QFETCH(const bool, stopped);
-    FullBackend bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
+    FullBackend fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
     if (!command.isEmpty())
-        bench.answer(command, QStringLiteral("none"));
-    bench.panel->configurationChanged();
+        fixture.answer(command, QStringLiteral("none"));
+    fixture.panel->configurationChanged();
     QVERIFY(timers.sensorTimer(panel).isActive());
-    bench.panel->clearData();
+    fixture.panel->clearData();
     QVERIFY(!timers.viewTimer(panel).isActive());
     // The polling is the configuration's that found the sensor: one that finds none takes no notice of it.
     QCOMPARE(timers.sensorTimer(panel).isActive(), !stopped);
@@ -354,22 +354,22 @@ void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
 
 void TestRebuilding::timerDrawsBothTables()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.createConfiguredPanel();
-    bench.send("6di", "6di 0");
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.createConfiguredPanel();
+    fixture.send("6di", "6di 0");
     QCoreApplication::processEvents(); // the redraw that the first line asks for
-    bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "8 2 3"));
-    bench.send("3d", "3d 1 [5 1.0][9 2 3]");
-    QTRY_COMPARE(bench.text(0, XColumn), QStringLiteral("8.00"));
-    QTRY_COMPARE(bench.table3d().rowCount(), 1);
-    QCOMPARE(bench.table3d().item(0, 1)->text(), QStringLiteral("9.00"));
+    fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "8 2 3"));
+    fixture.send("3d", "3d 1 [5 1.0][9 2 3]");
+    QTRY_COMPARE(fixture.text(0, XColumn), QStringLiteral("8.00"));
+    QTRY_COMPARE(fixture.table3d().rowCount(), 1);
+    QCOMPARE(fixture.table3d().item(0, 1)->text(), QStringLiteral("9.00"));
 }
 
 void TestRebuilding::linesArriveMeanwhile()
 {
-    FullBackend bench;
-    bench.createConfiguredPanel();
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
     std::atomic<bool> done{false};
     std::atomic<int> refused{0};
     std::thread sender([&] {
@@ -377,32 +377,32 @@ void TestRebuilding::linesArriveMeanwhile()
             + bodyText(2, "2", "-1.0", "1 2 3") + bodyText(3, "1", "1.0", "1 2 3");
         const QByteArray oldBodies = "6d 1 [0 1.0][1 2 3 0 0 0][1 0 0 0 1 0 0 0 1]";
         while (!done) {
-            refused += bench.send("6di", bodies) != 0;
-            refused += bench.send("6d", oldBodies) != 0;
-            refused += bench.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]") != 0;
-            refused += bench.send("6di", "6di 0") != 0;
-            refused += bench.send("3d", "3d 0") != 0;
+            refused += fixture.send("6di", bodies) != 0;
+            refused += fixture.send("6d", oldBodies) != 0;
+            refused += fixture.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]") != 0;
+            refused += fixture.send("6di", "6di 0") != 0;
+            refused += fixture.send("3d", "3d 0") != 0;
         }
     });
     for (int round = 0; round < 60; ++round) {
-        bench.answer("standard fixed_angle_present", round % 3 == 0 ? "true" : "false");
-        bench.panel->configurationChanged();
-        bench.panel->updateView6d();
-        bench.panel->updateView3d();
-        bench.panel->timerUpdateInertialSensorInfo();
+        fixture.answer("standard fixed_angle_present", round % 3 == 0 ? "true" : "false");
+        fixture.panel->configurationChanged();
+        fixture.panel->updateView6d();
+        fixture.panel->updateView3d();
+        fixture.panel->timerUpdateInertialSensorInfo();
         QCoreApplication::processEvents();
         if (round % 4 == 3)
-            bench.panel->clearData();
+            fixture.panel->clearData();
     }
     done = true;
     sender.join();
     QCOMPARE(refused.load(), 0);
 
-    bench.answer("standard fixed_angle_present", "false");
-    bench.panel->configurationChanged();
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "2", "1.0", "12 2 3")), 0);
-    bench.panel->updateView6d();
-    QCOMPARE(bench.text(1, XColumn), QStringLiteral("12.00"));
+    fixture.answer("standard fixed_angle_present", "false");
+    fixture.panel->configurationChanged();
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "2", "1.0", "12 2 3")), 0);
+    fixture.panel->updateView6d();
+    QCOMPARE(fixture.text(1, XColumn), QStringLiteral("12.00"));
 }
 
 QTEST_MAIN(TestRebuilding)

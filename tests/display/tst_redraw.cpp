@@ -183,22 +183,22 @@ void TestRedraw::bodiesAsAPlainRedrawShowsThem()
     QFETCH(const bool, head);
     QFETCH(const bool, headReady);
     QFETCH(const QByteArray, reference);
-    PanelFixture bench;
-    bench.answerBodies(bodies);
+    PanelFixture fixture;
+    fixture.answerBodies(bodies);
     if (bodies > 4) {
-        bench.answer("body calibrated standard b04", "no");
-        bench.answer("body active standard b05", "no");
+        fixture.answer("body calibrated standard b04", "no");
+        fixture.answer("body active standard b05", "no");
     }
     if (head)
-        bench.answerHead();
+        fixture.answerHead();
     if (head && !headReady)
-        bench.answer("body active multiuserwandor_head b01", "no");
-    bench.answer("tracking reference", reference.constData());
-    DataDisplay &panel = bench.createConfiguredPanel();
+        fixture.answer("body active multiuserwandor_head b01", "no");
+    fixture.answer("tracking reference", reference.constData());
+    DataDisplay &panel = fixture.createConfiguredPanel();
 
-    PlainBodies plain(bench.table6d());
+    PlainBodies plain(fixture.table6d());
     plain.hasHeadRow = head;
-    for (int row = 0; row < bench.table6d().rowCount(); ++row) {
+    for (int row = 0; row < fixture.table6d().rowCount(); ++row) {
         const int body = head ? row - 1 : row;
         plain.shownRows << (body < 0 ? headReady : body != 3 && body != 4);
     }
@@ -206,32 +206,32 @@ void TestRedraw::bodiesAsAPlainRedrawShowsThem()
         plain.calibratedHead = headReady;
     if (reference != "none") {
         plain.referenceRow = reference.right(1).toInt() - (head ? 0 : 1);
-        plain.referenceName = bench.text(plain.referenceRow, NameColumn);
+        plain.referenceName = fixture.text(plain.referenceRow, NameColumn);
     }
     RandomFrames frames(static_cast<unsigned>(bodies));
     std::vector<BodyRecord> records;
     for (int frame = 0; frame < 600; ++frame) {
-        const QByteArray line =
-            frame % 4 == 0 ? frames.bodyLine(bench.table6d().rowCount(), records) : frames.nearlySameBodyLine(records);
-        QCOMPARE(bench.send("6di", line), 0);
+        const QByteArray line = frame % 4 == 0 ? frames.bodyLine(fixture.table6d().rowCount(), records)
+                                               : frames.nearlySameBodyLine(records);
+        QCOMPARE(fixture.send("6di", line), 0);
         panel.updateView6d();
         plain.redraw(records);
-        QCOMPARE(cellsOf(bench.table6d()), cellsOf(plain.table));
+        QCOMPARE(cellsOf(fixture.table6d()), cellsOf(plain.table));
     }
 }
 
 void TestRedraw::markersAsAPlainRedrawShowsThem()
 {
-    PanelFixture bench;
-    DataDisplay &panel = bench.createPanel();
+    PanelFixture fixture;
+    DataDisplay &panel = fixture.createPanel();
     QTableWidget plain(0, Column3dCount);
     RandomFrames frames(3);
     std::vector<MarkerRecord> records;
     for (int frame = 0; frame < 300; ++frame) {
-        QCOMPARE(bench.send("3d", frames.markerLine(records)), 0);
+        QCOMPARE(fixture.send("3d", frames.markerLine(records)), 0);
         panel.updateView3d();
         redrawPlainMarkers(plain, records);
-        QCOMPARE(cellsOf(bench.table3d()), cellsOf(plain));
+        QCOMPARE(cellsOf(fixture.table3d()), cellsOf(plain));
     }
 }
 
@@ -255,69 +255,69 @@ void TestRedraw::changesAreToldOnce()
 {
     QFETCH(const QByteArray, next);
     QFETCH(const int, signalCount);
-    PanelFixture bench;
-    bench.answerBodies(2);
-    DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", twoBodies), 0);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
-    const QSignalSpy spy(bench.table6d().model(), &QAbstractItemModel::dataChanged);
-    QCOMPARE(bench.send("6di", next), 0);
+    const QSignalSpy spy(fixture.table6d().model(), &QAbstractItemModel::dataChanged);
+    QCOMPARE(fixture.send("6di", next), 0);
     panel.updateView6d();
     QCOMPARE(spy.count(), signalCount);
 }
 
 void TestRedraw::changedRectangle()
 {
-    PanelFixture bench;
-    bench.answerBodies(4);
-    DataDisplay &panel = bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(4);
+    DataDisplay &panel = fixture.createConfiguredPanel();
     const auto draw = [&](const char *second, const char *third) {
         const QByteArray line = "6di 4 " + bodyText(0, "2", "1", "1 2 3") + bodyText(1, "2", "1", second)
             + bodyText(2, "2", "1", third) + bodyText(3, "2", "1", "1 2 3");
-        QCOMPARE(bench.send("6di", line), 0);
+        QCOMPARE(fixture.send("6di", line), 0);
         panel.updateView6d();
     };
     draw("1 2 3", "1 2 3");
-    QSignalSpy spy(bench.table6d().model(), &QAbstractItemModel::dataChanged);
+    QSignalSpy spy(fixture.table6d().model(), &QAbstractItemModel::dataChanged);
     draw("1 7 3", "1 2 8");
     QCOMPARE(spy.count(), 1);
     const QModelIndex topLeft = spy.at(0).at(0).toModelIndex();
     const QModelIndex bottomRight = spy.at(0).at(1).toModelIndex();
-    QCOMPARE(topLeft, bench.table6d().model()->index(1, YColumn));
-    QCOMPARE(bottomRight, bench.table6d().model()->index(2, ZColumn));
+    QCOMPARE(topLeft, fixture.table6d().model()->index(1, YColumn));
+    QCOMPARE(bottomRight, fixture.table6d().model()->index(2, ZColumn));
 }
 
 void TestRedraw::markersAreToldOnce()
 {
-    PanelFixture bench;
-    DataDisplay &panel = bench.createPanel();
-    const QSignalSpy spy(bench.table3d().model(), &QAbstractItemModel::dataChanged);
+    PanelFixture fixture;
+    DataDisplay &panel = fixture.createPanel();
+    const QSignalSpy spy(fixture.table3d().model(), &QAbstractItemModel::dataChanged);
     panel.updateView3d();
     QCOMPARE(spy.count(), 0); // not a single marker, not a single cell
-    QCOMPARE(bench.send("3d", "3d 3 [12 1.0][1 2 3] [-4 -1][4 5 6] [12 0][7 8 9]"), 0);
+    QCOMPARE(fixture.send("3d", "3d 3 [12 1.0][1 2 3] [-4 -1][4 5 6] [12 0][7 8 9]"), 0);
     panel.updateView3d();
     QCOMPARE(spy.count(), 1);
-    const QAbstractItemModel *const model = bench.table3d().model();
+    const QAbstractItemModel *const model = fixture.table3d().model();
     QCOMPARE(spy.at(0).at(0).toModelIndex(), model->index(0, MarkerIdColumn));
     QCOMPARE(spy.at(0).at(1).toModelIndex(), model->index(2, MarkerZColumn));
 }
 
 void TestRedraw::changesAreToldWithoutTheLock()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    DataDisplay &panel = bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
     int told = 0;
     const auto storeLines = [&] {
         ++told;
         const quint64 before = panel.storedLines();
-        QCOMPARE(bench.send("6di", twoBodies), 0);
-        QCOMPARE(bench.send("3d", "3d 1 [1 1.0][1 2 3]"), 0);
+        QCOMPARE(fixture.send("6di", twoBodies), 0);
+        QCOMPARE(fixture.send("3d", "3d 1 [1 1.0][1 2 3]"), 0);
         QCOMPARE(panel.storedLines(), before + 2); // while the lock is held a line is dropped
     };
-    connect(bench.table6d().model(), &QAbstractItemModel::dataChanged, this, storeLines);
-    connect(bench.table3d().model(), &QAbstractItemModel::dataChanged, this, storeLines);
-    QCOMPARE(bench.send("6di", twoBodies), 0);
+    connect(fixture.table6d().model(), &QAbstractItemModel::dataChanged, this, storeLines);
+    connect(fixture.table3d().model(), &QAbstractItemModel::dataChanged, this, storeLines);
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
     QCOMPARE(told, 1);
     panel.updateView3d();
@@ -326,39 +326,39 @@ void TestRedraw::changesAreToldWithoutTheLock()
 
 void TestRedraw::whatOthersPutIntoCellsIsReplaced()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer("tracking reference", "standard b02");
-    DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", twoBodies), 0);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("tracking reference", "standard b02");
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
-    QTableWidget &table = bench.table6d();
+    QTableWidget &table = fixture.table6d();
     table.item(0, XColumn)->setText(QStringLiteral("?"));
     table.setItem(0, YColumn, new QTableWidgetItem(QStringLiteral("?")));
     table.setItem(0, BodyIdColumn, new QTableWidgetItem(QStringLiteral("?")));
     table.item(1, BodyIdColumn)->setBackground(Qt::magenta);
     table.item(1, NameColumn)->setText(QStringLiteral("?"));
     panel.updateView6d();
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
-    QCOMPARE(bench.text(0, YColumn), QStringLiteral("2.00"));
-    QCOMPARE(bench.background(0, BodyIdColumn), QBrush(Qt::green));
-    QCOMPARE(bench.foreground(0, BodyIdColumn), QBrush(Qt::black));
-    QCOMPARE(bench.background(1, BodyIdColumn), QBrush(Qt::green));
-    QCOMPARE(bench.text(1, NameColumn), QStringLiteral("Body 2"));
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    QCOMPARE(fixture.text(0, YColumn), QStringLiteral("2.00"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(Qt::green));
+    QCOMPARE(fixture.foreground(0, BodyIdColumn), QBrush(Qt::black));
+    QCOMPARE(fixture.background(1, BodyIdColumn), QBrush(Qt::green));
+    QCOMPARE(fixture.text(1, NameColumn), QStringLiteral("Body 2"));
 }
 
 void TestRedraw::whatOthersPutThereInAnswerIsReplaced()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    DataDisplay &panel = bench.createConfiguredPanel();
-    QTableWidgetItem &cell = *bench.table6d().item(0, XColumn);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QTableWidgetItem &cell = *fixture.table6d().item(0, XColumn);
     bool answers = true;
-    connect(bench.table6d().model(), &QAbstractItemModel::dataChanged, this, [&] {
+    connect(fixture.table6d().model(), &QAbstractItemModel::dataChanged, this, [&] {
         if (std::exchange(answers, false))
             cell.setText(QStringLiteral("?"));
     });
-    QCOMPARE(bench.send("6di", twoBodies), 0);
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
     QCOMPARE(cell.text(), QStringLiteral("?"));
     panel.updateView6d();
@@ -379,39 +379,39 @@ void TestRedraw::coloursOfOthersAreReplaced()
 {
     QFETCH(const QByteArray, active);
     QFETCH(const QByteArray, line);
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answer("body active standard b01", active);
-    DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", line), 0);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("body active standard b01", active);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", line), 0);
     panel.updateView6d();
     for (int round = 0; round < 2; ++round) {
-        bench.table6d().item(0, BodyIdColumn)->setBackground(Qt::magenta);
+        fixture.table6d().item(0, BodyIdColumn)->setBackground(Qt::magenta);
         panel.updateView6d();
-        QTEST(bench.background(0, BodyIdColumn), "expected");
+        QTEST(fixture.background(0, BodyIdColumn), "expected");
     }
 }
 
 void TestRedraw::stillBodiesAreNotRepainted()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    DataDisplay &panel = bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
     panel.resize(900, 300);
     panel.show();
     QVERIFY(QTest::qWaitForWindowExposed(&panel));
-    QCOMPARE(bench.send("6di", twoBodies), 0);
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
     QCoreApplication::processEvents();
-    const CountedPaints paints(bench.table6d().viewport());
+    const CountedPaints paints(fixture.table6d().viewport());
     for (int tick = 0; tick < 10; ++tick) {
-        QCOMPARE(bench.send("6di", twoBodies), 0);
+        QCOMPARE(fixture.send("6di", twoBodies), 0);
         panel.updateView6d();
         QCoreApplication::processEvents();
     }
     QCOMPARE(paints.count, 0);
 
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 4")), 0);
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 4")), 0);
     panel.updateView6d();
     QTRY_COMPARE(paints.count, 1);
 }

@@ -49,10 +49,10 @@ private slots:
 
 private:
     /// Sends a line of either type at once, and counts it.
-    void sendLines(PanelFixture &bench)
+    void sendLines(PanelFixture &fixture)
     {
-        QCOMPARE(bench.send("6di", twoBodies("9")), 0);
-        QCOMPARE(bench.send("3d", oneMarker), 0);
+        QCOMPARE(fixture.send("6di", twoBodies("9")), 0);
+        QCOMPARE(fixture.send("3d", oneMarker), 0);
         sent += 2;
     }
 
@@ -61,55 +61,55 @@ private:
 
 void TestRedrawLock::bodies()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", twoBodies("1")), 0);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies("1")), 0);
     sent = 0;
-    bench.table6d().setItem(0, XColumn, new ListeningCell([&] { sendLines(bench); }));
-    bench.panel->updateView6d();
+    fixture.table6d().setItem(0, XColumn, new ListeningCell([&] { sendLines(fixture); }));
+    fixture.panel->updateView6d();
     QVERIFY(sent > 0);
     QCOMPARE(panel.droppedLines(), quint64(sent));
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
-    QCOMPARE(bench.text(1, XColumn), QStringLiteral("1.00"));
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    QCOMPARE(fixture.text(1, XColumn), QStringLiteral("1.00"));
 
-    sendLines(bench); // the lock is free again
-    bench.panel->updateView6d();
-    QCOMPARE(bench.text(1, XColumn), QStringLiteral("9.00"));
+    sendLines(fixture); // the lock is free again
+    fixture.panel->updateView6d();
+    QCOMPARE(fixture.text(1, XColumn), QStringLiteral("9.00"));
 }
 
 void TestRedrawLock::markers()
 {
-    PanelFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), 0);
+    PanelFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), 0);
     sent = 0;
     const QMetaObject::Connection watch =
-        connect(bench.table3d().model(), &QAbstractItemModel::rowsInserted, this, [&] { sendLines(bench); });
-    bench.panel->updateView3d();
+        connect(fixture.table3d().model(), &QAbstractItemModel::rowsInserted, this, [&] { sendLines(fixture); });
+    fixture.panel->updateView3d();
     QVERIFY(sent > 0);
     QCOMPARE(panel.droppedLines(), quint64(sent));
-    QCOMPARE(bench.table3d().rowCount(), 2);
-    QCOMPARE(bench.table3d().item(1, MarkerIdColumn)->text(), QStringLiteral("6"));
+    QCOMPARE(fixture.table3d().rowCount(), 2);
+    QCOMPARE(fixture.table3d().item(1, MarkerIdColumn)->text(), QStringLiteral("6"));
 
     disconnect(watch);
-    sendLines(bench); // the lock is free again
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 1);
-    QCOMPARE(bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("70.00"));
+    sendLines(fixture); // the lock is free again
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 1);
+    QCOMPARE(fixture.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("70.00"));
 }
 
 void TestRedrawLock::hostIsNotCalledUnderTheLock()
 {
-    PanelFixture bench;
-    bench.answerBodies(2);
-    bench.answerHead();
-    bench.answerSensors({1});
-    bench.answer("output active chmon 6di", "no");
-    bench.refuse("wandor multiuser_with_head"); // so that there is something to log, too
-    DataDisplay &panel = bench.createPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answerHead();
+    fixture.answerSensors({1});
+    fixture.answer("output active chmon 6di", "no");
+    fixture.refuse("wandor multiuser_with_head"); // so that there is something to log, too
+    DataDisplay &panel = fixture.createPanel();
     sent = 0;
-    bench.host.onCall = [&] { sendLines(bench); };
+    fixture.host.onCall = [&] { sendLines(fixture); };
     panel.show();
     panel.configurationChanged();
     panel.timerUpdateInertialSensorInfo();
@@ -117,7 +117,7 @@ void TestRedrawLock::hostIsNotCalledUnderTheLock()
     panel.hide();
     panel.clearData();
     panel.prepareShutdown();
-    bench.host.onCall = nullptr;
+    fixture.host.onCall = nullptr;
     QVERIFY(sent > 60);
     QCOMPARE(panel.droppedLines(), quint64(0));
 }

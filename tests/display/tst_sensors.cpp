@@ -67,8 +67,8 @@ void TestSensors::initTestCase()
 
 void TestSensors::timersOfANewPanel()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createPanel();
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createPanel();
     QVERIFY(!timers.viewTimer(panel).isActive());
     QVERIFY(!timers.sensorTimer(panel).isActive());
     QCOMPARE(timers.viewTimer(panel).interval(), 200);
@@ -79,26 +79,26 @@ void TestSensors::timersOfANewPanel()
 
 void TestSensors::firstPassShowsAllAsAbsent()
 {
-    SensorFixture bench;
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+    SensorFixture fixture;
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(calls.last(), wholePass.first()); // present or not is asked, and nothing else
-    QCOMPARE(bench.background(1, SensorColumn), red);
-    QVERIFY(bench.battery().isHidden());
-    QVERIFY(bench.temperature().isHidden());
+    QCOMPARE(fixture.background(1, SensorColumn), red);
+    QVERIFY(fixture.battery().isHidden());
+    QVERIFY(fixture.temperature().isHidden());
 }
 
 void TestSensors::presentSensor()
 {
-    SensorFixture bench;
-    bench.createConfiguredPanel().show();
-    QCOMPARE(bench.tick(), wholePass);
-    QCOMPARE(bench.background(1, SensorColumn), transparent);
-    QVERIFY(bench.battery().isVisible());
-    QCOMPARE(bench.battery().value(), 50);
-    QVERIFY(bench.temperature().isVisible());
-    QCOMPARE(bench.temperature().value(), 97);
-    QCOMPARE(bench.temperature().text(), celsius("31.5"));
+    SensorFixture fixture;
+    fixture.createConfiguredPanel().show();
+    QCOMPARE(fixture.tick(), wholePass);
+    QCOMPARE(fixture.background(1, SensorColumn), transparent);
+    QVERIFY(fixture.battery().isVisible());
+    QCOMPARE(fixture.battery().value(), 50);
+    QVERIFY(fixture.temperature().isVisible());
+    QCOMPARE(fixture.temperature().value(), 97);
+    QCOMPARE(fixture.temperature().text(), celsius("31.5"));
 }
 
 void TestSensors::presence_data()
@@ -113,27 +113,27 @@ void TestSensors::presence_data()
 void TestSensors::presence()
 {
     QFETCH(const QString, answer);
-    SensorFixture bench;
-    bench.createConfiguredPanel();
-    bench.tick();
-    bench.answer(QStringLiteral("inertial sensor_present d01"), answer);
-    QCOMPARE(bench.tick(), QStringList{wholePass.first()});
-    QCOMPARE(bench.background(1, SensorColumn), red);
-    QVERIFY(bench.battery().isHidden());
-    QVERIFY(bench.temperature().isHidden());
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.tick();
+    fixture.answer(QStringLiteral("inertial sensor_present d01"), answer);
+    QCOMPARE(fixture.tick(), QStringList{wholePass.first()});
+    QCOMPARE(fixture.background(1, SensorColumn), red);
+    QVERIFY(fixture.battery().isHidden());
+    QVERIFY(fixture.temperature().isHidden());
 }
 
 void TestSensors::failedPresenceKeepsTheBars()
 {
-    SensorFixture bench;
-    bench.createConfiguredPanel();
-    bench.tick();
-    bench.refuse("inertial sensor_present d01");
-    QCOMPARE(bench.tick(), QStringList{wholePass.first()}); // and no log line
-    QCOMPARE(bench.background(1, SensorColumn), red);
-    QVERIFY(!bench.battery().isHidden());
-    QCOMPARE(bench.battery().value(), 50);
-    QVERIFY(!bench.temperature().isHidden());
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.tick();
+    fixture.refuse("inertial sensor_present d01");
+    QCOMPARE(fixture.tick(), QStringList{wholePass.first()}); // and no log line
+    QCOMPARE(fixture.background(1, SensorColumn), red);
+    QVERIFY(!fixture.battery().isHidden());
+    QCOMPARE(fixture.battery().value(), 50);
+    QVERIFY(!fixture.temperature().isHidden());
 }
 
 void TestSensors::readings_data()
@@ -188,150 +188,150 @@ void TestSensors::readings()
     QFETCH(const int, batteryValue);
     QFETCH(const int, temperatureValue);
     QFETCH(const QString, text);
-    SensorFixture bench;
-    bench.createConfiguredPanel();
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
     for (const auto &[command, answer] : {std::pair{QStringLiteral("inertial sensor_battery d01"), charge},
                                           std::pair{QStringLiteral("inertial sensor_temperature d01"), temperature}}) {
-        bench.refuse(command);
+        fixture.refuse(command);
         if (!answer.isEmpty())
-            bench.answer(command, answer);
+            fixture.answer(command, answer);
     }
-    QCOMPARE(bench.tick(), wholePass);
-    QCOMPARE(bench.background(1, SensorColumn), transparent);
-    QCOMPARE(bench.battery().isHidden(), batteryValue < 0);
-    QCOMPARE(bench.temperature().isHidden(), temperatureValue < 0);
-    QCOMPARE(bench.battery().value(), qMax(0, batteryValue));
-    QCOMPARE(bench.temperature().value(), qMax(0, temperatureValue));
+    QCOMPARE(fixture.tick(), wholePass);
+    QCOMPARE(fixture.background(1, SensorColumn), transparent);
+    QCOMPARE(fixture.battery().isHidden(), batteryValue < 0);
+    QCOMPARE(fixture.temperature().isHidden(), temperatureValue < 0);
+    QCOMPARE(fixture.battery().value(), qMax(0, batteryValue));
+    QCOMPARE(fixture.temperature().value(), qMax(0, temperatureValue));
     if (temperatureValue >= 0)
-        QCOMPARE(bench.temperature().text(), text);
+        QCOMPARE(fixture.temperature().text(), text);
     if (charge == QLatin1String("1e300")) { // beyond the bars' range, but full
-        QVERIFY(bench.battery().styleSheet().contains(QLatin1String("border-top-right-radius: 4px")));
-        QVERIFY(bench.temperature().styleSheet().contains(QLatin1String("border-top-right-radius: 4px")));
+        QVERIFY(fixture.battery().styleSheet().contains(QLatin1String("border-top-right-radius: 4px")));
+        QVERIFY(fixture.temperature().styleSheet().contains(QLatin1String("border-top-right-radius: 4px")));
     }
 }
 
 void TestSensors::hiddenBarsComeBack()
 {
-    SensorFixture bench;
-    bench.createConfiguredPanel().show();
+    SensorFixture fixture;
+    fixture.createConfiguredPanel().show();
     for (int round = 0; round < 2; ++round) {
-        bench.answer("inertial sensor_present d01", "no");
-        bench.tick();
-        bench.panel->resize(bench.panel->width() + 30, bench.panel->height() + 30);
+        fixture.answer("inertial sensor_present d01", "no");
+        fixture.tick();
+        fixture.panel->resize(fixture.panel->width() + 30, fixture.panel->height() + 30);
         QCoreApplication::processEvents();
-        QVERIFY2(!bench.battery().isVisible(), "an empty bar after a layout");
-        QVERIFY2(!bench.temperature().isVisible(), "an empty bar after a layout");
-        bench.answer("inertial sensor_present d01", "yes");
-        bench.tick();
-        QVERIFY(bench.battery().isVisible());
-        QVERIFY(bench.temperature().isVisible());
+        QVERIFY2(!fixture.battery().isVisible(), "an empty bar after a layout");
+        QVERIFY2(!fixture.temperature().isVisible(), "an empty bar after a layout");
+        fixture.answer("inertial sensor_present d01", "yes");
+        fixture.tick();
+        QVERIFY(fixture.battery().isVisible());
+        QVERIFY(fixture.temperature().isVisible());
     }
 }
 
 void TestSensors::hiddenColumnsShowNoBars()
 {
-    SensorFixture bench;
-    bench.createConfiguredPanel().show();
+    SensorFixture fixture;
+    fixture.createConfiguredPanel().show();
     for (const bool hidden : {true, false}) {
-        bench.table6d().setColumnHidden(BatteryColumn, hidden);
-        bench.table6d().setColumnHidden(TemperatureColumn, hidden);
-        bench.tick();
-        QCOMPARE(bench.battery().isVisible(), !hidden);
-        QCOMPARE(bench.temperature().isVisible(), !hidden);
+        fixture.table6d().setColumnHidden(BatteryColumn, hidden);
+        fixture.table6d().setColumnHidden(TemperatureColumn, hidden);
+        fixture.tick();
+        QCOMPARE(fixture.battery().isVisible(), !hidden);
+        QCOMPARE(fixture.temperature().isVisible(), !hidden);
     }
 }
 
 void TestSensors::everyPassRepaintsTheTable()
 {
-    SensorFixture bench;
-    bench.answer("body inertial_sensor standard b02", "none");
-    bench.createConfiguredPanel().show();
-    QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+    SensorFixture fixture;
+    fixture.answer("body inertial_sensor standard b02", "none");
+    fixture.createConfiguredPanel().show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
     QCoreApplication::processEvents();
     PaintCounter counter;
-    bench.table6d().viewport()->installEventFilter(&counter);
-    QCOMPARE(bench.tick(), QStringList()); // nothing to ask, and no cell changes
+    fixture.table6d().viewport()->installEventFilter(&counter);
+    QCOMPARE(fixture.tick(), QStringList()); // nothing to ask, and no cell changes
     QTRY_VERIFY(counter.count > 0);
 }
 
 void TestSensors::rowsWithoutSensorAreSkipped()
 {
-    SensorFixture bench;
-    bench.createConfiguredPanel();
-    bench.table6d().item(0, SensorColumn)->setData(Qt::UserRole, QStringLiteral("d09")); // row 0 has no sensor
-    QCOMPARE(bench.tick(), wholePass);
-    bench.table6d().item(1, SensorColumn)->setData(Qt::UserRole, QStringLiteral("none"));
-    QCOMPARE(bench.tick(), QStringList());
-    bench.table6d().item(1, SensorColumn)->setData(Qt::UserRole, QStringLiteral("None"));
-    QCOMPARE(bench.tick(), QStringList{QStringLiteral("requestString inertial sensor_present None")});
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.table6d().item(0, SensorColumn)->setData(Qt::UserRole, QStringLiteral("d09")); // row 0 has no sensor
+    QCOMPARE(fixture.tick(), wholePass);
+    fixture.table6d().item(1, SensorColumn)->setData(Qt::UserRole, QStringLiteral("none"));
+    QCOMPARE(fixture.tick(), QStringList());
+    fixture.table6d().item(1, SensorColumn)->setData(Qt::UserRole, QStringLiteral("None"));
+    QCOMPARE(fixture.tick(), QStringList{QStringLiteral("requestString inertial sensor_present None")});
 }
 
 void TestSensors::sensorOfALaterConfigurationIsAsked()
 {
-    SensorFixture bench;
-    bench.answer("body inertial_sensor standard b02", "none");
-    bench.createConfiguredPanel();
-    bench.answer("body inertial_sensor standard b02", "d01");
-    bench.reconfigure();
-    QCOMPARE(bench.tick(), wholePass);
+    SensorFixture fixture;
+    fixture.answer("body inertial_sensor standard b02", "none");
+    fixture.createConfiguredPanel();
+    fixture.answer("body inertial_sensor standard b02", "d01");
+    fixture.reconfigure();
+    QCOMPARE(fixture.tick(), wholePass);
 }
 
 void TestSensors::headRowIsSkipped()
 {
-    SensorFixture bench;
-    bench.answerHead();
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.tick(), wholePass);
-    QVERIFY(!bench.battery(2).isHidden());
-    QCOMPARE(bench.background(2, SensorColumn), transparent);
+    SensorFixture fixture;
+    fixture.answerHead();
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.tick(), wholePass);
+    QVERIFY(!fixture.battery(2).isHidden());
+    QCOMPARE(fixture.background(2, SensorColumn), transparent);
 }
 
 void TestSensors::sensorNamesAreNoFormats()
 {
-    SensorFixture bench;
-    bench.answer("body inertial_sensor standard b02", "%s%n %d 'x'");
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.tick(), QStringList{QStringLiteral("requestString inertial sensor_present %s%n %d 'x'")});
+    SensorFixture fixture;
+    fixture.answer("body inertial_sensor standard b02", "%s%n %d 'x'");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.tick(), QStringList{QStringLiteral("requestString inertial sensor_present %s%n %d 'x'")});
 }
 
 void TestSensors::timersOfAConfiguration()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
     QVERIFY(timers.viewTimer(panel).isActive());
     QVERIFY(timers.sensorTimer(panel).isActive());
-    bench.panel->hide();
+    fixture.panel->hide();
     QVERIFY2(timers.viewTimer(panel).isActive(), "hiding stops no timer");
-    bench.panel->clearData();
+    fixture.panel->clearData();
     QVERIFY(!timers.viewTimer(panel).isActive());
     QVERIFY(!timers.sensorTimer(panel).isActive());
 
-    bench.answer("inertial body_of_sensor d01", "none");
-    bench.panel->configurationChanged();
+    fixture.answer("inertial body_of_sensor d01", "none");
+    fixture.panel->configurationChanged();
     QVERIFY(timers.viewTimer(panel).isActive());
     QCOMPARE(timers.viewTimer(panel).interval(), 200);
     QVERIFY2(!timers.sensorTimer(panel).isActive(), "no sensor is on a body");
 
     // What isn't told to stop goes on: without sensors only the columns change.
-    bench.answer("inertial body_of_sensor d01", "standard b02");
-    bench.panel->configurationChanged();
-    bench.answer("inertial body_of_sensor d01", "none");
-    bench.panel->configurationChanged();
+    fixture.answer("inertial body_of_sensor d01", "standard b02");
+    fixture.panel->configurationChanged();
+    fixture.answer("inertial body_of_sensor d01", "none");
+    fixture.panel->configurationChanged();
     QVERIFY(timers.sensorTimer(panel).isActive());
 }
 
 void TestSensors::warningForFixedAngles()
 {
-    SensorFixture bench;
-    bench.answerSensors({1, 2});
-    bench.answer("standard fixed_angle_present", "true");
-    bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()),
+    SensorFixture fixture;
+    fixture.answerSensors({1, 2});
+    fixture.answer("standard fixed_angle_present", "true");
+    fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()),
              QStringList{QStringLiteral("WARNING: Fixed angles are not compatible with inertial sensors! "
                                         "Mixed setups may cause wrong results!!")});
-    bench.answer("inertial body_of_sensor d01", "none");
-    bench.answer("inertial body_of_sensor d02", "none");
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
+    fixture.answer("inertial body_of_sensor d01", "none");
+    fixture.answer("inertial body_of_sensor d02", "none");
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
 }
 
 QTEST_MAIN(TestSensors)

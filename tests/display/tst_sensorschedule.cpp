@@ -32,13 +32,13 @@ void TestSensorSchedule::initTestCase()
 
 void TestSensorSchedule::schedule()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
     QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
     QVERIFY(timers.sensorTimer(panel).isActive());
     QList<int> intervals;
     for (int i = 0; i < 60; ++i) {
-        bench.tick();
+        fixture.tick();
         intervals << timers.sensorTimer(panel).interval();
     }
     QList<int> expected; // the first entry was for the pass of the configuration
@@ -48,40 +48,40 @@ void TestSensorSchedule::schedule()
             expected << interval;
     }
     QCOMPARE(intervals, expected);
-    bench.panel->configurationChanged();
+    fixture.panel->configurationChanged();
     QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
-    bench.tick();
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
 }
 
 void TestSensorSchedule::returningSensorStartsTheScheduleOver()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.answer("inertial sensor_present d01", "no");
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.answer("inertial sensor_present d01", "no");
     for (int i = 0; i < 40; ++i)
-        bench.tick();
+        fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "3", "1.0", "1 2 3")), 0); // row 1 is absent
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "3", "1.0", "1 2 3")), 0); // row 1 is absent
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000); // not before the next pass
-    bench.tick();
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
     for (int i = 0; i < 29; ++i)
-        bench.tick();
+        fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
-    bench.tick();
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
 }
 
 void TestSensorSchedule::sensorOfTheFirstPassStartsTheScheduleOver()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0); // present, but shown as absent
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0); // present, but shown as absent
     for (int i = 0; i < 30; ++i)
-        bench.tick();
+        fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 2000); // without the line it would be 4000 by now
-    bench.tick();
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
 }
 
@@ -97,26 +97,26 @@ void TestSensorSchedule::absentRowsCountTheHeadRow()
 {
     QFETCH(const int, id);
     QFETCH(const int, interval);
-    SensorFixture bench;
-    bench.answerHead();
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.answer("inertial sensor_present d01", "no");
+    SensorFixture fixture;
+    fixture.answerHead();
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.answer("inertial sensor_present d01", "no");
     for (int i = 0; i < 40; ++i)
-        bench.tick();
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(id, "1", "1.0", "1 2 3")), 0);
-    bench.tick();
+        fixture.tick();
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(id, "1", "1.0", "1 2 3")), 0);
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), interval);
 }
 
 void TestSensorSchedule::sensorThatCannotBeAskedForIsNotAbsent()
 {
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.refuse("inertial sensor_present d01");
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.refuse("inertial sensor_present d01");
     for (int i = 0; i < 40; ++i)
-        bench.tick();
-    QCOMPARE(bench.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0);
-    bench.tick();
+        fixture.tick();
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0);
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
 }
 
@@ -134,13 +134,14 @@ void TestSensorSchedule::otherLinesDoNotStartItOver()
 {
     QFETCH(const QByteArray, line);
     QFETCH(const bool, present);
-    SensorFixture bench;
-    const DataDisplay &panel = bench.createConfiguredPanel();
-    bench.answer(QStringLiteral("inertial sensor_present d01"), present ? QStringLiteral("yes") : QStringLiteral("no"));
+    SensorFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.answer(QStringLiteral("inertial sensor_present d01"),
+                   present ? QStringLiteral("yes") : QStringLiteral("no"));
     for (int i = 0; i < 40; ++i)
-        bench.tick();
-    bench.send("6di", line);
-    bench.tick();
+        fixture.tick();
+    fixture.send("6di", line);
+    fixture.tick();
     QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
 }
 

@@ -81,9 +81,9 @@ private slots:
 
 void TestTables::headersOfBodies()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    const QTableWidget &table = bench.table6d();
+    PanelFixture fixture;
+    fixture.createPanel();
+    const QTableWidget &table = fixture.table6d();
     QCOMPARE(table.columnCount(), 13);
     QCOMPARE(headerTexts(table), headers6d);
     constexpr int right = Qt::AlignRight | Qt::AlignVCenter;
@@ -98,9 +98,9 @@ void TestTables::headersOfBodies()
 
 void TestTables::headersOfMarkers()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    const QTableWidget &table = bench.table3d();
+    PanelFixture fixture;
+    fixture.createPanel();
+    const QTableWidget &table = fixture.table3d();
     QCOMPARE(table.columnCount(), 4);
     QCOMPARE(headerTexts(table), headers3d);
     QCOMPARE(headerAlignments(table), QList<int>({0, Qt::AlignRight, Qt::AlignRight, Qt::AlignRight}));
@@ -127,11 +127,11 @@ void TestTables::hiddenColumns()
     QFETCH(const int, minorVersion);
     QFETCH(const int, patch);
     QFETCH(const QList<int>, hidden);
-    PanelFixture bench(1, minorVersion, patch);
-    bench.createPanel();
+    PanelFixture fixture(1, minorVersion, patch);
+    fixture.createPanel();
     QList<int> found;
-    for (int column = 0; column < bench.table6d().columnCount(); ++column) {
-        if (bench.table6d().isColumnHidden(column))
+    for (int column = 0; column < fixture.table6d().columnCount(); ++column) {
+        if (fixture.table6d().isColumnHidden(column))
             found << column;
     }
     QCOMPARE(found, hidden);
@@ -139,8 +139,8 @@ void TestTables::hiddenColumns()
 
 void TestTables::widthsOfBodies()
 {
-    PanelFixture bench;
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.createPanel();
     QWidget form;
     QTableWidget pattern(&form);
     dressAsPanelTable(pattern);
@@ -153,14 +153,14 @@ void TestTables::widthsOfBodies()
         pattern.setColumnWidth(column, pattern.columnWidth(column) + 20);
 
     for (const int column : {3, 10, 11})
-        bench.table6d().setColumnHidden(column, false);
-    QCOMPARE(columnWidths(bench.table6d()).mid(0, 12), columnWidths(pattern).mid(0, 12));
+        fixture.table6d().setColumnHidden(column, false);
+    QCOMPARE(columnWidths(fixture.table6d()).mid(0, 12), columnWidths(pattern).mid(0, 12));
 }
 
 void TestTables::widthsOfMarkers()
 {
-    PanelFixture bench;
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.createPanel();
     QWidget form;
     QTableWidget pattern(&form);
     dressAsPanelTable(pattern);
@@ -180,7 +180,7 @@ void TestTables::widthsOfMarkers()
     for (int column = 0; column < 4; ++column)
         pattern.setColumnWidth(column, pattern.columnWidth(column) + 20);
 
-    const QTableWidget &table = bench.table3d();
+    const QTableWidget &table = fixture.table3d();
     QCOMPARE(columnWidths(table).mid(0, 3), columnWidths(pattern).mid(0, 3));
     QCOMPARE(table.columnWidth(1), table.columnWidth(2));
     QCOMPARE(table.maximumWidth(),
@@ -189,11 +189,11 @@ void TestTables::widthsOfMarkers()
 
 void TestTables::markerRows()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    QCOMPARE(bench.send("3d", "3d 3 [12 1.0][1 2 3] [-4 -1][4 5 6] [12 0][7 8 9]"), 0);
-    bench.panel->updateView3d();
-    const QTableWidget &table = bench.table3d();
+    PanelFixture fixture;
+    fixture.createPanel();
+    QCOMPARE(fixture.send("3d", "3d 3 [12 1.0][1 2 3] [-4 -1][4 5 6] [12 0][7 8 9]"), 0);
+    fixture.panel->updateView3d();
+    const QTableWidget &table = fixture.table3d();
     QCOMPARE(table.rowCount(), 3);
     QStringList texts;
     for (int row = 0; row < 3; ++row) {
@@ -222,42 +222,42 @@ void TestTables::markerTexts()
 {
     QFETCH(const QByteArray, number);
     QFETCH(const QString, text);
-    PanelFixture bench;
-    bench.createPanel();
-    QCOMPARE(bench.send("3d", "3d 1 [1 1.0][" + number + " 0 " + number + "]"), 0);
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().item(0, 1)->text(), text);
-    QCOMPARE(bench.table3d().item(0, 2)->text(), QStringLiteral("0.00"));
-    QCOMPARE(bench.table3d().item(0, 3)->text(), text);
+    PanelFixture fixture;
+    fixture.createPanel();
+    QCOMPARE(fixture.send("3d", "3d 1 [1 1.0][" + number + " 0 " + number + "]"), 0);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().item(0, 1)->text(), text);
+    QCOMPARE(fixture.table3d().item(0, 2)->text(), QStringLiteral("0.00"));
+    QCOMPARE(fixture.table3d().item(0, 3)->text(), text);
 }
 
 void TestTables::fewerMarkersLeaveFewerRows()
 {
-    PanelFixture bench;
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.createPanel();
     QByteArray line = "3d 500";
     for (int i = 0; i < 500; ++i)
         line += " [" + QByteArray::number(i) + " 1.0][1 2 3]";
-    QCOMPARE(bench.send("3d", line), 0);
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 300);
-    QCOMPARE(bench.table3d().item(299, 0)->text(), QStringLiteral("299"));
+    QCOMPARE(fixture.send("3d", line), 0);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 300);
+    QCOMPARE(fixture.table3d().item(299, 0)->text(), QStringLiteral("299"));
 
-    QCOMPARE(bench.send("3d", "3d 1 [9 1.0][4 5 6]"), 0);
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 1);
-    QCOMPARE(bench.table3d().item(0, 3)->text(), QStringLiteral("6.00"));
+    QCOMPARE(fixture.send("3d", "3d 1 [9 1.0][4 5 6]"), 0);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 1);
+    QCOMPARE(fixture.table3d().item(0, 3)->text(), QStringLiteral("6.00"));
 
     // A fault in the line leaves what was read before it.
-    QCOMPARE(bench.send("3d", "3d 2 [9 1.0][7 5 6] [10 1.0][8]"), -1);
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 2);
-    QCOMPARE(bench.table3d().item(0, 1)->text(), QStringLiteral("7.00"));
-    QCOMPARE(bench.table3d().item(1, 0)->text(), QStringLiteral("10"));
+    QCOMPARE(fixture.send("3d", "3d 2 [9 1.0][7 5 6] [10 1.0][8]"), -1);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 2);
+    QCOMPARE(fixture.table3d().item(0, 1)->text(), QStringLiteral("7.00"));
+    QCOMPARE(fixture.table3d().item(1, 0)->text(), QStringLiteral("10"));
 
-    QCOMPARE(bench.send("3d", "3d 0"), 0);
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().rowCount(), 0);
+    QCOMPARE(fixture.send("3d", "3d 0"), 0);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().rowCount(), 0);
 }
 
 QTEST_MAIN(TestTables)

@@ -43,25 +43,25 @@ void TestTrackingReference::rows()
     QFETCH(const QString, answer);
     QFETCH(const bool, head);
     QFETCH(const int, row);
-    PanelFixture bench;
-    bench.answerBodies(3);
+    PanelFixture fixture;
+    fixture.answerBodies(3);
     if (head)
-        bench.answerHead();
-    bench.answer("body desc standard b03", " \"Hand\"  ");
-    bench.answer(QStringLiteral("tracking reference"), answer);
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+        fixture.answerHead();
+    fixture.answer("body desc standard b03", " \"Hand\"  ");
+    fixture.answer(QStringLiteral("tracking reference"), answer);
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     QCOMPARE(calls.at(calls.indexOf(QStringLiteral("requestString tracking reference")) + 1)
                  .startsWith(QLatin1String("requestString body desc standard b")),
              row >= 0);
     QList<int> blueRows;
-    for (int i = 0; i < bench.table6d().rowCount(); ++i) {
-        if (bench.background(i, NameColumn) == QBrush(Qt::blue))
+    for (int i = 0; i < fixture.table6d().rowCount(); ++i) {
+        if (fixture.background(i, NameColumn) == QBrush(Qt::blue))
             blueRows << i;
     }
     QCOMPARE(blueRows, row < 0 ? QList<int>() : QList<int>{row});
     if (answer == QLatin1String("standard b03"))
-        QCOMPARE(bench.text(row, NameColumn), QStringLiteral("Hand"));
+        QCOMPARE(fixture.text(row, NameColumn), QStringLiteral("Hand"));
 }
 
 void TestTrackingReference::hostileReferences_data()
@@ -74,31 +74,31 @@ void TestTrackingReference::hostileReferences_data()
 void TestTrackingReference::hostileReferences()
 {
     QFETCH(const QString, number);
-    PanelFixture bench;
-    bench.answerBodies(3);
-    bench.createPanel();
-    bench.answer(QStringLiteral("tracking reference"), QStringLiteral("standard b") + number);
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.createPanel();
+    fixture.answer(QStringLiteral("tracking reference"), QStringLiteral("standard b") + number);
     for (const bool head : {false, true}) {
         if (head)
-            bench.answerHead();
-        QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
+            fixture.answerHead();
+        QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
         for (int row = 0; row < 3; ++row)
-            QVERIFY(bench.background(row, NameColumn) != QBrush(Qt::blue));
+            QVERIFY(fixture.background(row, NameColumn) != QBrush(Qt::blue));
     }
 }
 
 void TestTrackingReference::referenceMayGo()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answer("tracking reference", "standard b01");
-    bench.answer("body desc standard b01", "");
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.text(0, NameColumn), QStringLiteral("reference"));
-    bench.refuse("tracking reference");
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.text(0, NameColumn), QString());
-    QCOMPARE(bench.background(0, NameColumn), QBrush(Qt::transparent));
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answer("tracking reference", "standard b01");
+    fixture.answer("body desc standard b01", "");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.text(0, NameColumn), QStringLiteral("reference"));
+    fixture.refuse("tracking reference");
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.text(0, NameColumn), QString());
+    QCOMPARE(fixture.background(0, NameColumn), QBrush(Qt::transparent));
 }
 
 QTEST_MAIN(TestTrackingReference)

@@ -111,43 +111,43 @@ void TestViews::coloursOfStates()
     QFETCH(const QByteArray, quality);
     QFETCH(const QBrush, foreground);
     QFETCH(const QBrush, background);
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.markRow(1);
-    bench.draw("6di 1 " + bodyText(1, state.constData(), quality.constData(), "1 2 3"));
-    QCOMPARE(bench.foreground(1, BodyIdColumn), foreground);
-    QCOMPARE(bench.background(1, BodyIdColumn), background);
-    QCOMPARE(bench.background(1, NameColumn), transparent);
-    QCOMPARE(bench.foreground(1, NameColumn), mark); // the text colour of the name isn't reset
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.markRow(1);
+    fixture.draw("6di 1 " + bodyText(1, state.constData(), quality.constData(), "1 2 3"));
+    QCOMPARE(fixture.foreground(1, BodyIdColumn), foreground);
+    QCOMPARE(fixture.background(1, BodyIdColumn), background);
+    QCOMPARE(fixture.background(1, NameColumn), transparent);
+    QCOMPARE(fixture.foreground(1, NameColumn), mark); // the text colour of the name isn't reset
 }
 
 void TestViews::everyTracked6dBodyIsGreen()
 {
-    ThreeBodies bench;
-    bench.versions.backendMinor = 11;
-    bench.createConfiguredPanel();
-    bench.draw("6d 2 [0 1.0][1 2 3 40 50 60][1 0 0 0 1 0 0 0 1] [1 -1][1 2 3 4 5 6][1 0 0 0 1 0 0 0 1]");
-    QCOMPARE(bench.background(0, BodyIdColumn), green);
-    QCOMPARE(bench.background(1, BodyIdColumn), red);
-    QCOMPARE(bench.background(2, BodyIdColumn), red);
+    ThreeBodies fixture;
+    fixture.versions.backendMinor = 11;
+    fixture.createConfiguredPanel();
+    fixture.draw("6d 2 [0 1.0][1 2 3 40 50 60][1 0 0 0 1 0 0 0 1] [1 -1][1 2 3 4 5 6][1 0 0 0 1 0 0 0 1]");
+    QCOMPARE(fixture.background(0, BodyIdColumn), green);
+    QCOMPARE(fixture.background(1, BodyIdColumn), red);
+    QCOMPARE(fixture.background(2, BodyIdColumn), red);
     // The rotation counts, not the angles of the line.
-    QCOMPARE(bench.coordinates(0).mid(3), angleTexts({1, 0, 0, 0, 1, 0, 0, 0, 1}));
-    QCOMPARE(bench.coordinates(1), noCoordinates);
+    QCOMPARE(fixture.coordinates(0).mid(3), angleTexts({1, 0, 0, 0, 1, 0, 0, 0, 1}));
+    QCOMPARE(fixture.coordinates(1), noCoordinates);
 }
 
 void TestViews::coordinates()
 {
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.draw("6di 3 " + bodyText(2, "2", "1", "-0.004 1234567.5 1e9") + bodyText(0, "2", "1", "0.125 inf nan")
-               + bodyText(1, "2", "1", "-1.999 0 -2"));
-    QCOMPARE(bench.coordinates(2).mid(0, 3),
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 3 " + bodyText(2, "2", "1", "-0.004 1234567.5 1e9") + bodyText(0, "2", "1", "0.125 inf nan")
+                 + bodyText(1, "2", "1", "-1.999 0 -2"));
+    QCOMPARE(fixture.coordinates(2).mid(0, 3),
              QStringList({QStringLiteral("-0.00"), QStringLiteral("1234567.50"), QStringLiteral("1000000000.00")}));
-    QCOMPARE(bench.coordinates(0).mid(1, 2), QStringList({QStringLiteral("inf"), QStringLiteral("nan")}));
-    QCOMPARE(bench.coordinates(1).mid(0, 3),
+    QCOMPARE(fixture.coordinates(0).mid(1, 2), QStringList({QStringLiteral("inf"), QStringLiteral("nan")}));
+    QCOMPARE(fixture.coordinates(1).mid(0, 3),
              QStringList({QStringLiteral("-2.00"), QStringLiteral("0.00"), QStringLiteral("-2.00")}));
     for (int column = XColumn; column <= RzColumn; ++column)
-        QCOMPARE(bench.table6d().item(0, column)->textAlignment(), int(Qt::AlignRight | Qt::AlignVCenter));
+        QCOMPARE(fixture.table6d().item(0, column)->textAlignment(), int(Qt::AlignRight | Qt::AlignVCenter));
 }
 
 void TestViews::angles_data()
@@ -176,35 +176,35 @@ void TestViews::angles()
 {
     QFETCH(const QByteArray, rotation);
     QFETCH(const QStringList, texts);
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.draw("6di 1 [0 2 1.0][1 2 3][" + rotation + "]");
-    QCOMPARE(bench.coordinates(0).mid(3).join(QLatin1Char(' ')), texts.join(QLatin1Char(' ')));
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 1 [0 2 1.0][1 2 3][" + rotation + "]");
+    QCOMPARE(fixture.coordinates(0).mid(3).join(QLatin1Char(' ')), texts.join(QLatin1Char(' ')));
 }
 
 void TestViews::lostBodyKeepsItsTexts()
 {
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.draw("6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
-    const QStringList texts = bench.coordinates(0);
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
+    const QStringList texts = fixture.coordinates(0);
     QCOMPARE(texts.at(0), QStringLiteral("1.00"));
-    bench.draw("6di 1 " + bodyText(0, "2", "-1.0", "7 8 9"));
-    QCOMPARE(bench.coordinates(0), texts);
-    QCOMPARE(bench.background(0, BodyIdColumn), red);
-    QCOMPARE(bench.foreground(0, BodyIdColumn), black);
+    fixture.draw("6di 1 " + bodyText(0, "2", "-1.0", "7 8 9"));
+    QCOMPARE(fixture.coordinates(0), texts);
+    QCOMPARE(fixture.background(0, BodyIdColumn), red);
+    QCOMPARE(fixture.foreground(0, BodyIdColumn), black);
 }
 
 void TestViews::missingRecordIsNotTracked()
 {
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.draw("6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
-    bench.draw("6di 0");
-    QCOMPARE(bench.background(0, BodyIdColumn), red);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
-    bench.draw("6di 1 " + bodyText(77, "2", "1.0", "1 2 3"));
-    QCOMPARE(bench.background(0, BodyIdColumn), red);
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
+    fixture.draw("6di 0");
+    QCOMPARE(fixture.background(0, BodyIdColumn), red);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    fixture.draw("6di 1 " + bodyText(77, "2", "1.0", "1 2 3"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), red);
 }
 
 void TestViews::uncalibratedAndInactiveRows_data()
@@ -217,100 +217,100 @@ void TestViews::uncalibratedAndInactiveRows_data()
 void TestViews::uncalibratedAndInactiveRows()
 {
     QFETCH(const QString, question);
-    ThreeBodies bench;
-    bench.answer(question, QStringLiteral("no"));
-    bench.createConfiguredPanel();
-    bench.markRow(1);
-    bench.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
-    QCOMPARE(bench.background(1, BodyIdColumn), transparent);
-    QCOMPARE(bench.foreground(1, BodyIdColumn), mark);
-    QCOMPARE(bench.background(1, NameColumn), mark);
-    QCOMPARE(bench.coordinates(1), noCoordinates);
-    QCOMPARE(bench.background(0, BodyIdColumn), green);
+    ThreeBodies fixture;
+    fixture.answer(question, QStringLiteral("no"));
+    fixture.createConfiguredPanel();
+    fixture.markRow(1);
+    fixture.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
+    QCOMPARE(fixture.background(1, BodyIdColumn), transparent);
+    QCOMPARE(fixture.foreground(1, BodyIdColumn), mark);
+    QCOMPARE(fixture.background(1, NameColumn), mark);
+    QCOMPARE(fixture.coordinates(1), noCoordinates);
+    QCOMPARE(fixture.background(0, BodyIdColumn), green);
 }
 
 void TestViews::firstOfEqualIdsCounts()
 {
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    bench.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(0, "1", "1.0", "4 5 6"));
-    QCOMPARE(bench.background(0, BodyIdColumn), green);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
-    bench.draw("6di 2 " + bodyText(0, "2", "-1.0", "7 8 9") + bodyText(0, "2", "1.0", "4 5 6"));
-    QCOMPARE(bench.background(0, BodyIdColumn), red);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(0, "1", "1.0", "4 5 6"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), green);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    fixture.draw("6di 2 " + bodyText(0, "2", "-1.0", "7 8 9") + bodyText(0, "2", "1.0", "4 5 6"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), red);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
 }
 
 void TestViews::redrawNeverChangesTheRows()
 {
-    ThreeBodies bench;
-    bench.createConfiguredPanel();
-    const QTableWidgetItem *const cell = bench.table6d().item(0, XColumn);
+    ThreeBodies fixture;
+    fixture.createConfiguredPanel();
+    const QTableWidgetItem *const cell = fixture.table6d().item(0, XColumn);
     QByteArray line = "6di 5";
     for (int id = 0; id < 5; ++id)
         line += ' ' + bodyText(id, "2", "1.0", "1 2 3");
-    bench.draw(line);
-    QCOMPARE(bench.table6d().rowCount(), 3);
-    QCOMPARE(bench.table6d().item(0, XColumn), cell);
+    fixture.draw(line);
+    QCOMPARE(fixture.table6d().rowCount(), 3);
+    QCOMPARE(fixture.table6d().item(0, XColumn), cell);
 }
 
 void TestViews::referenceRow()
 {
-    ThreeBodies bench;
-    bench.answer("tracking reference", "standard b02");
-    bench.createConfiguredPanel();
-    bench.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
-    QCOMPARE(bench.foreground(1, NameColumn), white);
-    QCOMPARE(bench.background(1, NameColumn), blue);
-    QCOMPARE(bench.text(1, NameColumn), QStringLiteral("Body 2"));
-    QCOMPARE(bench.background(0, NameColumn), transparent);
-    QCOMPARE(bench.text(0, NameColumn), QStringLiteral("Body 1"));
+    ThreeBodies fixture;
+    fixture.answer("tracking reference", "standard b02");
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 2 " + bodyText(0, "2", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
+    QCOMPARE(fixture.foreground(1, NameColumn), white);
+    QCOMPARE(fixture.background(1, NameColumn), blue);
+    QCOMPARE(fixture.text(1, NameColumn), QStringLiteral("Body 2"));
+    QCOMPARE(fixture.background(0, NameColumn), transparent);
+    QCOMPARE(fixture.text(0, NameColumn), QStringLiteral("Body 1"));
 }
 
 void TestViews::untrackedReferenceRow()
 {
-    ThreeBodies bench;
-    bench.answer("tracking reference", "standard b01");
-    bench.answer("body desc standard b01", "  ");
-    bench.createConfiguredPanel();
-    bench.draw("6di 0");
-    QCOMPARE(bench.background(0, BodyIdColumn), red);
-    QCOMPARE(bench.foreground(0, NameColumn), white);
-    QCOMPARE(bench.background(0, NameColumn), blue);
-    QCOMPARE(bench.text(0, NameColumn), QStringLiteral("reference"));
+    ThreeBodies fixture;
+    fixture.answer("tracking reference", "standard b01");
+    fixture.answer("body desc standard b01", "  ");
+    fixture.createConfiguredPanel();
+    fixture.draw("6di 0");
+    QCOMPARE(fixture.background(0, BodyIdColumn), red);
+    QCOMPARE(fixture.foreground(0, NameColumn), white);
+    QCOMPARE(fixture.background(0, NameColumn), blue);
+    QCOMPARE(fixture.text(0, NameColumn), QStringLiteral("reference"));
 
-    bench.answer("body active standard b01", "no");
-    bench.panel->configurationChanged();
-    bench.draw("6di 0");
-    QVERIFY(bench.background(0, NameColumn) != blue); // a body that is not active is skipped
+    fixture.answer("body active standard b01", "no");
+    fixture.panel->configurationChanged();
+    fixture.draw("6di 0");
+    QVERIFY(fixture.background(0, NameColumn) != blue); // a body that is not active is skipped
 }
 
 void TestViews::readyHeadRow()
 {
-    ThreeBodies bench;
-    bench.answerHead();
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.table6d().rowCount(), 4);
-    bench.draw("6di 2 " + bodyText(0, "1", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
-    QCOMPARE(bench.background(0, BodyIdColumn), yellow);
-    QCOMPARE(bench.text(0, XColumn), QStringLiteral("1.00"));
-    QCOMPARE(bench.text(0, BodyIdColumn), QStringLiteral("MUH"));
-    QCOMPARE(bench.text(1, XColumn), QStringLiteral("4.00"));
-    QCOMPARE(bench.background(3, BodyIdColumn), red);
+    ThreeBodies fixture;
+    fixture.answerHead();
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.table6d().rowCount(), 4);
+    fixture.draw("6di 2 " + bodyText(0, "1", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), yellow);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    QCOMPARE(fixture.text(0, BodyIdColumn), QStringLiteral("MUH"));
+    QCOMPARE(fixture.text(1, XColumn), QStringLiteral("4.00"));
+    QCOMPARE(fixture.background(3, BodyIdColumn), red);
 }
 
 void TestViews::headRowThatIsNotReady()
 {
-    ThreeBodies bench;
-    bench.answerHead();
-    bench.answer("body active multiuserwandor_head b01", "no");
-    bench.createConfiguredPanel();
-    bench.markRow(0);
-    bench.draw("6di 2 " + bodyText(0, "1", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
-    QCOMPARE(bench.background(0, BodyIdColumn), mark);
-    QCOMPARE(bench.background(0, NameColumn), mark);
-    QCOMPARE(bench.coordinates(0), noCoordinates);
-    QCOMPARE(bench.background(1, BodyIdColumn), green);
+    ThreeBodies fixture;
+    fixture.answerHead();
+    fixture.answer("body active multiuserwandor_head b01", "no");
+    fixture.createConfiguredPanel();
+    fixture.markRow(0);
+    fixture.draw("6di 2 " + bodyText(0, "1", "1.0", "1 2 3") + bodyText(1, "2", "1.0", "4 5 6"));
+    QCOMPARE(fixture.background(0, BodyIdColumn), mark);
+    QCOMPARE(fixture.background(0, NameColumn), mark);
+    QCOMPARE(fixture.coordinates(0), noCoordinates);
+    QCOMPARE(fixture.background(1, BodyIdColumn), green);
 }
 
 QTEST_MAIN(TestViews)

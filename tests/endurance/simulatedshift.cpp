@@ -40,30 +40,30 @@ void waitUntilPainted(QWidget &window)
 } // namespace
 
 SimulatedShift::SimulatedShift(const PanelTimers &knownTimers)
-    : bench(2, 0)
+    : fixture(2, 0)
     , timers(knownTimers)
 {
     ScriptedHost filters;
     scriptFilters(filters);
-    bench.answerBodies(manyBodies);
-    bench.answerSensors({2, 4});
+    fixture.answerBodies(manyBodies);
+    fixture.answerSensors({2, 4});
     for (auto answer = filters.answers.cbegin(); answer != filters.answers.cend(); ++answer) {
-        if (!bench.host.answers.contains(answer.key()))
-            bench.host.answers.insert(answer.key(), answer.value());
+        if (!fixture.host.answers.contains(answer.key()))
+            fixture.host.answers.insert(answer.key(), answer.value());
     }
     QCoreApplication::instance()->installEventFilter(this);
-    bench.createPanel();
-    bench.panel->resize(1100, 500);
-    bench.panel->show();
-    lines.setRequester(bench.panel.get());
+    fixture.createPanel();
+    fixture.panel->resize(1100, 500);
+    fixture.panel->show();
+    lines.setRequester(fixture.panel.get());
     configure(manyBodies);
 }
 
 /// The panel's own clocks: time is simulated.
 bool SimulatedShift::eventFilter(QObject *receiver, QEvent *event)
 {
-    return event->type() == QEvent::Timer && bench.panel
-        && (receiver == &timers.viewTimer(*bench.panel) || receiver == &timers.sensorTimer(*bench.panel));
+    return event->type() == QEvent::Timer && fixture.panel
+        && (receiver == &timers.viewTimer(*fixture.panel) || receiver == &timers.sensorTimer(*fixture.panel));
 }
 
 void SimulatedShift::runHour()
@@ -84,7 +84,7 @@ void SimulatedShift::runRound(bool withFilter)
         runSecond();
         passOverSensors(second);
         runEvents();
-        bench.host.takeCalls();
+        fixture.host.takeCalls();
     }
     rest();
 }
@@ -95,21 +95,21 @@ void SimulatedShift::actAt(int secondOfRound, bool withFilter)
     case 60:
         return configure(fewBodies);
     case 120:
-        return bench.panel->hide();
+        return fixture.panel->hide();
     case 140:
-        return bench.panel->show();
+        return fixture.panel->show();
     case 180:
         return withFilter ? lookAtMenu() : void();
     case 200:
         return withFilter ? lookAtFilter() : void();
     case 260:
-        return bench.panel->clearData();
+        return fixture.panel->clearData();
     case 265:
         return configure(manyBodies);
     case 520:
-        return bench.answer("inertial sensor_present d01", "no");
+        return fixture.answer("inertial sensor_present d01", "no");
     case 560:
-        return bench.answer("inertial sensor_present d01", "yes");
+        return fixture.answer("inertial sensor_present d01", "yes");
     default:
         return;
     }
@@ -118,28 +118,28 @@ void SimulatedShift::actAt(int secondOfRound, bool withFilter)
 void SimulatedShift::configure(int newBodies)
 {
     bodies = newBodies;
-    bench.answer(QStringLiteral("standard number_of_bodies"), QString::number(bodies));
-    bench.answer("tracking reference", bodies == manyBodies ? "standard b03" : "none");
-    bench.panel->configurationChanged();
+    fixture.answer(QStringLiteral("standard number_of_bodies"), QString::number(bodies));
+    fixture.answer("tracking reference", bodies == manyBodies ? "standard b03" : "none");
+    fixture.panel->configurationChanged();
     nextSensorPass = seconds * 1000 + firstSensorInterval;
 }
 
 void SimulatedShift::lookAtMenu()
 {
-    bench.panel->findChild<ZelTableWidget *>()->onCellPressed(presetRow, FilterColumn);
+    fixture.panel->findChild<ZelTableWidget *>()->onCellPressed(presetRow, FilterColumn);
     onceOpen(openMenu, [this](QWidget *menu) {
         ++menuCount;
         waitUntilPainted(*menu);
         menu->close();
     });
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5));
-    QCoreApplication::sendEvent(bench.table6d().viewport(), &event);
+    QCoreApplication::sendEvent(fixture.table6d().viewport(), &event);
 }
 
 void SimulatedShift::lookAtFilter()
 {
-    scriptBody(bench.host, "standard b02", "preset6d_custom", "0.50", "0.020", "mode6d_static");
-    auto *const table = bench.panel->findChild<ZelTableWidget *>();
+    scriptBody(fixture.host, "standard b02", "preset6d_custom", "0.50", "0.020", "mode6d_static");
+    auto *const table = fixture.panel->findChild<ZelTableWidget *>();
     table->onCellPressed(presetRow, FilterColumn);
     onceOpen(openDialog, [this](QWidget *dialog) {
         ++dialogCount;
@@ -174,20 +174,20 @@ void SimulatedShift::deliverFrames(qint64 first, int count)
 
 void SimulatedShift::redraw()
 {
-    if (!timers.viewTimer(*bench.panel).isActive())
+    if (!timers.viewTimer(*fixture.panel).isActive())
         return;
-    bench.panel->updateView6d();
-    bench.panel->updateView3d();
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
     ++redrawCount;
 }
 
 void SimulatedShift::passOverSensors(int secondOfRound)
 {
-    const QTimer &timer = timers.sensorTimer(*bench.panel);
+    const QTimer &timer = timers.sensorTimer(*fixture.panel);
     if (!timer.isActive() || seconds * 1000 < nextSensorPass)
         return;
-    bench.answer(QStringLiteral("inertial sensor_battery d02"), QString::number(0.2 + 0.1 * (secondOfRound % 8)));
-    bench.panel->timerUpdateInertialSensorInfo();
+    fixture.answer(QStringLiteral("inertial sensor_battery d02"), QString::number(0.2 + 0.1 * (secondOfRound % 8)));
+    fixture.panel->timerUpdateInertialSensorInfo();
     nextSensorPass += timer.interval();
     ++sensorPassCount;
 }
@@ -202,7 +202,7 @@ void SimulatedShift::rest()
         while (!isDone) // with the timers of the tables' layouts
             runEvents();
     }
-    bench.host.takeCalls();
+    fixture.host.takeCalls();
     QPixmapCache::clear(); // which Qt empties by the clock on the wall, and fills anew
 }
 

@@ -30,7 +30,7 @@ public:
     qint64 menusOpened() const { return menuCount; }
     qint64 dialogsOpened() const { return dialogCount; }
 
-    PanelFixture bench;
+    PanelFixture fixture;
 
 protected:
     bool eventFilter(QObject *receiver, QEvent *event) override;

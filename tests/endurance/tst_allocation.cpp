@@ -96,11 +96,11 @@ struct Fate {
 
 /// What comes after \a act when its \a k-th allocation fails: lines, the ticks of the timers, the backend anew.
 /// Keeps the \a fate up to date.
-void liveOn(PanelFixture &bench, const std::function<void()> &act, bool isRedraw, long k, Fate &fate)
+void liveOn(PanelFixture &fixture, const std::function<void()> &act, bool isRedraw, long k, Fate &fate)
 {
-    DataDisplay &panel = *bench.panel;
+    DataDisplay &panel = *fixture.panel;
     ToldRows told;
-    told.watch(bench.table6d());
+    told.watch(fixture.table6d());
     {
         const FailingHeap heap(k, k);
         act();
@@ -118,19 +118,19 @@ void liveOn(PanelFixture &bench, const std::function<void()> &act, bool isRedraw
     panel.updateView6d();
     panel.updateView3d();
     panel.timerUpdateInertialSensorInfo();
-    if (isRedraw && !(told.areAll() && bench.text(bodyCount - 1, XColumn) == QLatin1String("1.00")))
+    if (isRedraw && !(told.areAll() && fixture.text(bodyCount - 1, XColumn) == QLatin1String("1.00")))
         return; // a cell that shows another number than it has
 
     fate.stage = Fate::NextConfiguration;
     panel.clearData();
     panel.configurationChanged();
-    const QTableWidget &table = bench.table6d();
-    if (table.rowCount() == bodyCount && !table.isHidden() && bench.text(0, XColumn) == QLatin1String("-"))
+    const QTableWidget &table = fixture.table6d();
+    if (table.rowCount() == bodyCount && !table.isHidden() && fixture.text(0, XColumn) == QLatin1String("-"))
         fate.stage = Fate::Done;
 }
 
 /// Does so in a process of its own, as Qt may not survive it.
-Fate strike(PanelFixture &bench, const std::function<void()> &act, bool isRedraw, long k)
+Fate strike(PanelFixture &fixture, const std::function<void()> &act, bool isRedraw, long k)
 {
     void *const memory = ::mmap(nullptr, sizeof(Fate), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     auto *const shared = new (memory) Fate;
@@ -140,7 +140,7 @@ Fate strike(PanelFixture &bench, const std::function<void()> &act, bool isRedraw
         reportCrashTo(shared->crash);
         std::fclose(stdout);
         std::fclose(stderr);
-        liveOn(bench, act, isRedraw, k, *shared);
+        liveOn(fixture, act, isRedraw, k, *shared);
         ::_exit(0);
     }
     ::waitpid(child, nullptr, 0);
@@ -202,24 +202,24 @@ void TestAllocation::line()
     QFETCH(const QByteArray, before);
     QFETCH(const QByteArray, line);
     QFETCH(const bool, first);
-    PanelFixture bench;
-    bench.answerBodies(4);
-    bench.answer("standard fixed_angle_present", inertial ? "false" : "true");
-    bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(4);
+    fixture.answer("standard fixed_angle_present", inertial ? "false" : "true");
+    fixture.createConfiguredPanel();
     const QByteArray bodyTag = inertial ? "6di" : "6d";
 
     for (const bool fromThenOn : {false, true}) {
         for (long k = 1;; ++k) {
-            bench.panel->clearData();
-            bench.panel->configurationChanged();
+            fixture.panel->clearData();
+            fixture.panel->configurationChanged();
             if (!first)
-                QCOMPARE(deliver(*bench.panel, bodyTag, bodyLine(inertial, 0)).result, 0);
+                QCOMPARE(deliver(*fixture.panel, bodyTag, bodyLine(inertial, 0)).result, 0);
             if (!before.isEmpty())
-                QCOMPARE(deliver(*bench.panel, tag, before).result, 0);
+                QCOMPARE(deliver(*fixture.panel, tag, before).result, 0);
             QCoreApplication::processEvents();
-            const quint64 sumBefore = accounted(*bench.panel);
-            const quint64 storedBefore = bench.panel->storedLines();
-            const Outcome outcome = deliver(*bench.panel, tag, line, k, fromThenOn ? always : k);
+            const quint64 sumBefore = accounted(*fixture.panel);
+            const quint64 storedBefore = fixture.panel->storedLines();
+            const Outcome outcome = deliver(*fixture.panel, tag, line, k, fromThenOn ? always : k);
             const bool isStruck = outcome.allocations >= k;
             if (!isStruck) {
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
@@ -229,21 +229,21 @@ void TestAllocation::line()
             }
             QVERIFY(outcome.result == 0 || outcome.result == -1);
             const auto refused = static_cast<quint64>(outcome.result == -1 ? 1 : 0);
-            QCOMPARE(accounted(*bench.panel) + refused, sumBefore + 1);
+            QCOMPARE(accounted(*fixture.panel) + refused, sumBefore + 1);
 
-            const quint64 stored = bench.panel->storedLines();
+            const quint64 stored = fixture.panel->storedLines();
             QVERIFY(stored <= storedBefore + 1);
             const QByteArray place = QByteArray::number(qlonglong{10 + k});
             const QByteArray body = "[0" + QByteArray(inertial ? " 2" : "") + " 1.0][" + place
                 + (inertial ? " 2 3]" : " 2 3 0 0 0]") + "[1 0 0 0 1 0 0 0 1]";
-            QCOMPARE(deliver(*bench.panel, bodyTag, bodyTag + " 1 " + body).result, 0);
-            QCOMPARE(deliver(*bench.panel, "3d", "3d 1 [7 1.0][" + place + " 2 3]").result, 0);
-            QCOMPARE(bench.panel->storedLines(), stored + 2); // so that the lock is free
-            bench.panel->updateView6d();
-            bench.panel->updateView3d();
-            QCOMPARE(bench.text(0, XColumn), QString::fromLatin1(place + ".00"));
-            QCOMPARE(bench.table3d().rowCount(), 1);
-            QCOMPARE(bench.table3d().item(0, 1)->text(), QString::fromLatin1(place + ".00"));
+            QCOMPARE(deliver(*fixture.panel, bodyTag, bodyTag + " 1 " + body).result, 0);
+            QCOMPARE(deliver(*fixture.panel, "3d", "3d 1 [7 1.0][" + place + " 2 3]").result, 0);
+            QCOMPARE(fixture.panel->storedLines(), stored + 2); // so that the lock is free
+            fixture.panel->updateView6d();
+            fixture.panel->updateView3d();
+            QCOMPARE(fixture.text(0, XColumn), QString::fromLatin1(place + ".00"));
+            QCOMPARE(fixture.table3d().rowCount(), 1);
+            QCOMPARE(fixture.table3d().item(0, 1)->text(), QString::fromLatin1(place + ".00"));
         }
     }
 }
@@ -268,42 +268,42 @@ void TestAllocation::guiThread()
 #endif
     QFETCH(const QByteArray, action);
     QFETCH(const bool, shown);
-    PanelFixture bench;
-    bench.answerBodies(bodyCount);
-    bench.answerSensors({1, 2});
-    bench.createConfiguredPanel();
+    PanelFixture fixture;
+    fixture.answerBodies(bodyCount);
+    fixture.answerSensors({1, 2});
+    fixture.createConfiguredPanel();
     if (shown) {
-        bench.panel->show();
-        QVERIFY(QTest::qWaitForWindowExposed(bench.panel.get()));
+        fixture.panel->show();
+        QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
     }
     QByteArray elsewhere = "6di " + QByteArray::number(bodyCount);
     for (int i = 0; i < bodyCount; ++i)
         elsewhere += bodyText(i, "0", "1.0", "7 8 9");
-    QCOMPARE(deliver(*bench.panel, "6di", elsewhere).result, 0);
-    bench.panel->updateView6d();
-    QCOMPARE(deliver(*bench.panel, "6di", bodyLine(true, bodyCount)).result, 0);
-    QCOMPARE(deliver(*bench.panel, "3d", markerLine(20)).result, 0);
+    QCOMPARE(deliver(*fixture.panel, "6di", elsewhere).result, 0);
+    fixture.panel->updateView6d();
+    QCOMPARE(deliver(*fixture.panel, "6di", bodyLine(true, bodyCount)).result, 0);
+    QCOMPARE(deliver(*fixture.panel, "3d", markerLine(20)).result, 0);
     const bool isRedraw = action == "redraw";
     const std::function<void()> act = [&] {
         if (isRedraw) {
-            bench.panel->updateView6d();
-            bench.panel->updateView3d();
+            fixture.panel->updateView6d();
+            fixture.panel->updateView3d();
         } else if (action == "configuration") {
-            bench.panel->configurationChanged();
+            fixture.panel->configurationChanged();
         } else if (action == "clearing") {
-            bench.panel->clearData();
+            fixture.panel->clearData();
         } else {
-            bench.panel->timerUpdateInertialSensorInfo();
+            fixture.panel->timerUpdateInertialSensorInfo();
         }
     };
-    const Fate unharmed = strike(bench, act, isRedraw, always);
+    const Fate unharmed = strike(fixture, act, isRedraw, always);
     QCOMPARE(unharmed.stage, Fate::Done);
     QVERIFY(unharmed.allocations > 0);
     const long stride = isLongRun() ? 1 : qMax(1L, unharmed.allocations / 50);
     long survived = 0;
     QMap<QByteArray, long> endsInQt;
     for (long k = 1; k <= unharmed.allocations; k += stride) {
-        const Fate fate = strike(bench, act, isRedraw, k);
+        const Fate fate = strike(fixture, act, isRedraw, k);
         const QByteArray end = fate.crash.text.data();
         if (fate.crash.place == CrashReport::InQt && fate.stage != Fate::DataThread) {
             ++endsInQt[end];

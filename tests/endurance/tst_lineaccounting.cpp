@@ -57,10 +57,10 @@ void TestLineAccounting::everyLineIsAccountedFor_data()
 void TestLineAccounting::everyLineIsAccountedFor()
 {
     QFETCH(const bool, reconfigured);
-    PanelFixture bench;
-    bench.answerBodies(50);
-    bench.createConfiguredPanel().show();
-    DataDisplay &panel = *bench.panel;
+    PanelFixture fixture;
+    fixture.answerBodies(50);
+    fixture.createConfiguredPanel().show();
+    DataDisplay &panel = *fixture.panel;
 
     struct Line {
         QByteArray tag;
@@ -99,7 +99,7 @@ void TestLineAccounting::everyLineIsAccountedFor()
         if (reconfigured && redraws % 32 == 0)
             panel.clearData();
         QCoreApplication::processEvents();
-        bench.takeCalls();
+        fixture.takeCalls();
     }
     sender.join();
 

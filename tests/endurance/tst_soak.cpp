@@ -83,7 +83,7 @@ void TestSoak::daysGoByWithoutATrace()
     const qint64 wanted = amount(1, 7 * hoursPerDay);
     const TimeLimit limit(20'000);
     SimulatedShift shift(timers);
-    const DataDisplay &panel = *shift.bench.panel;
+    const DataDisplay &panel = *shift.fixture.panel;
     shift.runHour();
     const Figures figures = figuresOf(panel, timers);
     const HeapSnapshot start = HeapSnapshot::now();
@@ -102,7 +102,7 @@ void TestSoak::daysGoByWithoutATrace()
                  qPrintable(end.changesSince(start)));
         QCOMPARE(shift.linesRefused(), 0);
         QCOMPARE(panel.storedLines(), shift.linesSent());
-        QCOMPARE(shift.bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("900.00"));
+        QCOMPARE(shift.fixture.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("900.00"));
         QCOMPARE(shift.dialogsOpened(), hours + 1);
         QCOMPARE(shift.menusOpened(), hours + 1);
     }

@@ -153,7 +153,7 @@ private slots:
 
 private:
     static void addVersions(std::initializer_list<std::pair<int, int>> versions);
-    static void compareSensors(const TortureFixture &bench, const QSet<QByteArray> &failed);
+    static void compareSensors(const TortureFixture &fixture, const QSet<QByteArray> &failed);
 };
 
 void TestTorture::addVersions(std::initializer_list<std::pair<int, int>> versions)
@@ -180,14 +180,14 @@ void TestTorture::configuration()
 {
     QFETCH(const BackendVersions, backend);
     QFETCH(const int, length);
-    TortureFixture bench(backend);
-    bench.faulty.failNothing();
-    bench.configure();
-    const int calls = bench.faulty.count;
+    TortureFixture fixture(backend);
+    fixture.faulty.failNothing();
+    fixture.configure();
+    const int calls = fixture.faulty.count;
     QVERIFY(calls > 15);
-    QCOMPARE(bench.faulty.record, QByteArrayList());
-    const QStringList complete = bench.everything();
-    const QStringList completeCalls = (bench.takeCalls(), bench.configure(), bench.takeCalls());
+    QCOMPARE(fixture.faulty.record, QByteArrayList());
+    const QStringList complete = fixture.everything();
+    const QStringList completeCalls = (fixture.takeCalls(), fixture.configure(), fixture.takeCalls());
 
     for (int k = 1; k <= calls; ++k) {
         TortureFixture struck(backend);
@@ -235,16 +235,16 @@ void TestTorture::sensorPass_data()
 
 /// The rows of the two sensors after a pass in which the queries \a failed had no answer, and had one in the pass
 /// before.
-void TestTorture::compareSensors(const TortureFixture &bench, const QSet<QByteArray> &failed)
+void TestTorture::compareSensors(const TortureFixture &fixture, const QSet<QByteArray> &failed)
 {
     const std::map<int, QByteArray> sensors{{1, "d01"}, {3, "d02"}};
     for (const auto &[row, sensor] : sensors) {
         const bool presenceFailed = failed.contains("inertial sensor_present " + sensor);
-        QCOMPARE(bench.background(row, SensorColumn), presenceFailed ? QBrush(Qt::red) : QBrush(Qt::transparent));
+        QCOMPARE(fixture.background(row, SensorColumn), presenceFailed ? QBrush(Qt::red) : QBrush(Qt::transparent));
         const bool batteryShown = presenceFailed || !failed.contains("inertial sensor_battery " + sensor);
         const bool temperatureShown = presenceFailed || !failed.contains("inertial sensor_temperature " + sensor);
-        auto *const battery = qobject_cast<QProgressBar *>(bench.table6d().cellWidget(row, BatteryColumn));
-        auto *const temperature = qobject_cast<QProgressBar *>(bench.table6d().cellWidget(row, TemperatureColumn));
+        auto *const battery = qobject_cast<QProgressBar *>(fixture.table6d().cellWidget(row, BatteryColumn));
+        auto *const temperature = qobject_cast<QProgressBar *>(fixture.table6d().cellWidget(row, TemperatureColumn));
         QVERIFY(battery);
         QVERIFY(temperature);
         QCOMPARE(battery->isVisible(), batteryShown);
@@ -258,30 +258,30 @@ void TestTorture::sensorPass()
 {
     QFETCH(const BackendVersions, backend);
     QFETCH(const int, length);
-    TortureFixture bench(backend);
-    bench.configure();
-    bench.faulty.failNothing();
-    bench.panel->timerUpdateInertialSensorInfo();
-    const int calls = bench.faulty.count;
+    TortureFixture fixture(backend);
+    fixture.configure();
+    fixture.faulty.failNothing();
+    fixture.panel->timerUpdateInertialSensorInfo();
+    const int calls = fixture.faulty.count;
     QCOMPARE(calls, 6);
-    compareSensors(bench, {});
+    compareSensors(fixture, {});
 
     for (int k = 1; k <= calls; ++k) {
-        bench.faulty.fail(k, qMax(k, length));
-        bench.panel->timerUpdateInertialSensorInfo();
+        fixture.faulty.fail(k, qMax(k, length));
+        fixture.panel->timerUpdateInertialSensorInfo();
         QSet<QByteArray> failed;
-        for (const QByteArray &entry : qAsConst(bench.faulty.record)) {
+        for (const QByteArray &entry : qAsConst(fixture.faulty.record)) {
             QVERIFY2(entry.startsWith("FAILED "), entry); // nothing is logged
             failed.insert(entry.mid(7));
         }
         QVERIFY(!failed.isEmpty());
-        compareSensors(bench, failed);
+        compareSensors(fixture, failed);
         if (QTest::currentTestFailed())
             return;
-        bench.faulty.failNothing();
-        bench.panel->timerUpdateInertialSensorInfo();
-        QCOMPARE(bench.faulty.count, calls);
-        compareSensors(bench, {});
+        fixture.faulty.failNothing();
+        fixture.panel->timerUpdateInertialSensorInfo();
+        QCOMPARE(fixture.faulty.count, calls);
+        compareSensors(fixture, {});
     }
 }
 

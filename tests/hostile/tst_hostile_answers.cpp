@@ -113,14 +113,14 @@ void TestHostileAnswers::theTableShowsThemAsPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.host.answers.insert(bodyQuery("body desc"), answer);
-    DataDisplay &panel = bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.text(0, NameColumn), shown);
-    for (int column = 0; column < bench.table6d().columnCount(); ++column) {
-        const QTableWidgetItem *item = bench.table6d().item(0, column);
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.host.answers.insert(bodyQuery("body desc"), answer);
+    DataDisplay &panel = fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.text(0, NameColumn), shown);
+    for (int column = 0; column < fixture.table6d().columnCount(); ++column) {
+        const QTableWidgetItem *item = fixture.table6d().item(0, column);
         if (!item)
             continue;
         // A view shows both of them as markup when they look like it.
@@ -134,36 +134,36 @@ void TestHostileAnswers::theReferenceIsNamedInPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.host.answers.insert(bodyQuery("body desc"), answer);
-    bench.host.answers.insert("tracking reference", "standard b01");
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.text(0, NameColumn), shown.isEmpty() ? QStringLiteral("reference") : shown);
-    bench.host.answers.insert("tracking reference", answer); // which names no body
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.background(0, NameColumn).color(), QColor(Qt::transparent));
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.host.answers.insert(bodyQuery("body desc"), answer);
+    fixture.host.answers.insert("tracking reference", "standard b01");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.text(0, NameColumn), shown.isEmpty() ? QStringLiteral("reference") : shown);
+    fixture.host.answers.insert("tracking reference", answer); // which names no body
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.background(0, NameColumn).color(), QColor(Qt::transparent));
 }
 
 void TestHostileAnswers::theFilterDialogShowsThemAsPlainText()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelFixture bench;
-    bench.answerBodies(1);
+    PanelFixture fixture;
+    fixture.answerBodies(1);
     const QByteArrayList yesQuestions{"config is_changeable", "filter6d available standard",
                                       bodyQuery("body filter6d_enabled")};
     for (const QByteArray &question : yesQuestions)
-        bench.host.answers.insert(question, "yes");
+        fixture.host.answers.insert(question, "yes");
     for (const QByteArray kind : {"preset", "mode"}) {
-        bench.host.answers.insert("filter6d number_of_" + kind + 's', "1");
-        bench.host.answers.insert("filter6d " + kind + "_id t01", kind + "6d_custom");
-        bench.host.answers.insert("filter6d " + kind + "_desc " + kind + "6d_custom", answer);
-        bench.host.answers.insert("body filter6d_" + kind + "_available standard b01 " + kind + "6d_custom", "true");
-        bench.host.answers.insert("body filter6d_" + kind + " standard b01", kind + "6d_custom");
+        fixture.host.answers.insert("filter6d number_of_" + kind + 's', "1");
+        fixture.host.answers.insert("filter6d " + kind + "_id t01", kind + "6d_custom");
+        fixture.host.answers.insert("filter6d " + kind + "_desc " + kind + "6d_custom", answer);
+        fixture.host.answers.insert("body filter6d_" + kind + "_available standard b01 " + kind + "6d_custom", "true");
+        fixture.host.answers.insert("body filter6d_" + kind + " standard b01", kind + "6d_custom");
     }
-    bench.host.answers.insert(bodyQuery("body desc"), answer);
-    FilterDialog dialog(&bench.host, nullptr, &bench.versions);
+    fixture.host.answers.insert(bodyQuery("body desc"), answer);
+    FilterDialog dialog(&fixture.host, nullptr, &fixture.versions);
     QMetaObject::invokeMethod(&dialog, &QDialog::reject, Qt::QueuedConnection);
     QCOMPARE(dialog.update_and_exec(0, 0), static_cast<int>(QDialog::Rejected));
 
@@ -182,43 +182,43 @@ void TestHostileAnswers::theFilterDialogShowsThemAsPlainText()
 void TestHostileAnswers::theyAreNoYes()
 {
     QFETCH(const QByteArray, answer);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.host.answers.insert(bodyQuery("body calibrated"), answer);
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
-    bench.host.answers.insert(bodyQuery("body calibrated"), "yes");
-    bench.host.answers.insert(bodyQuery("body filter6d_enabled"), answer);
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()), QStringList());
-    QCOMPARE(bench.text(0, FilterColumn), QString());
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.host.answers.insert(bodyQuery("body calibrated"), answer);
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.table6d().item(0, BodyIdColumn)->whatsThis(), QStringLiteral(" This body is not yet calibrated."));
+    fixture.host.answers.insert(bodyQuery("body calibrated"), "yes");
+    fixture.host.answers.insert(bodyQuery("body filter6d_enabled"), answer);
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
+    QCOMPARE(fixture.text(0, FilterColumn), QString());
 }
 
 void TestHostileAnswers::theyAreNoNumber()
 {
     QFETCH(const QByteArray, answer);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.host.answers.insert("standard number_of_bodies", answer);
-    bench.createPanel();
-    QCOMPARE(PanelFixture::logs(bench.reconfigure()),
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.host.answers.insert("standard number_of_bodies", answer);
+    fixture.createPanel();
+    QCOMPARE(PanelFixture::logs(fixture.reconfigure()),
              QStringList(QStringLiteral("Error: Unable to get number of bodies")));
-    QCOMPARE(bench.table6d().rowCount(), 0);
+    QCOMPARE(fixture.table6d().rowCount(), 0);
 }
 
 void TestHostileAnswers::sensorsAreAskedForWordForWord()
 {
     QFETCH(const QByteArray, answer);
     QFETCH(const QString, shown);
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answerSensors({1});
-    bench.host.answers.insert(bodyQuery("body inertial_sensor"), answer);
-    bench.createPanel();
-    const QStringList calls = bench.reconfigure();
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answerSensors({1});
+    fixture.host.answers.insert(bodyQuery("body inertial_sensor"), answer);
+    fixture.createPanel();
+    const QStringList calls = fixture.reconfigure();
     const QByteArray word = QString::fromUtf8(answer).toUtf8();
     QVERIFY(calls.contains(QString::fromLatin1("requestString inertial sensor_present " + word)));
-    QVERIFY(!mayBeTakenForMarkup(*bench.panel, shown));
-    QVERIFY(bench.background(0, SensorColumn).color() == QColor(Qt::red)); // the backend has no such sensor
+    QVERIFY(!mayBeTakenForMarkup(*fixture.panel, shown));
+    QVERIFY(fixture.background(0, SensorColumn).color() == QColor(Qt::red)); // the backend has no such sensor
 }
 
 void TestHostileAnswers::theLogShowsThemAsPlainText()

@@ -95,26 +95,26 @@ QByteArray colourName(const QBrush &brush)
     return colour == QColor(Qt::red) ? "red" : colour.name().toLatin1();
 }
 
-QByteArray shownBodies(const PanelFixture &bench)
+QByteArray shownBodies(const PanelFixture &fixture)
 {
     QByteArrayList bodies;
-    for (int row = 0; row < bench.table6d().rowCount(); ++row) {
+    for (int row = 0; row < fixture.table6d().rowCount(); ++row) {
         QByteArrayList words;
         for (int column = XColumn; column <= RzColumn; ++column)
-            words << bench.text(row, column).toUtf8();
-        words << colourName(bench.background(row, BodyIdColumn));
+            words << fixture.text(row, column).toUtf8();
+        words << colourName(fixture.background(row, BodyIdColumn));
         bodies << words.join(' ');
     }
     return bodies.join("; ");
 }
 
-QByteArray shownMarkers(const PanelFixture &bench)
+QByteArray shownMarkers(const PanelFixture &fixture)
 {
     QByteArrayList markers;
-    for (int row = 0; row < bench.table3d().rowCount(); ++row) {
+    for (int row = 0; row < fixture.table3d().rowCount(); ++row) {
         QByteArrayList words;
-        for (int column = 0; column < bench.table3d().columnCount(); ++column)
-            words << bench.table3d().item(row, column)->text().toUtf8();
+        for (int column = 0; column < fixture.table3d().columnCount(); ++column)
+            words << fixture.table3d().item(row, column)->text().toUtf8();
         markers << words.join(' ');
     }
     const int count = markers.size();
@@ -133,11 +133,11 @@ QByteArray goodLine(const QByteArray &tag)
     return "6d 2 [0 1][1 2 3 0 0 0]" + rest + "[1 1][4 5 6 0 0 0]" + rest;
 }
 
-QByteArray shownAfter(PanelFixture &bench, const QByteArray &tag)
+QByteArray shownAfter(PanelFixture &fixture, const QByteArray &tag)
 {
-    bench.panel->updateView6d();
-    bench.panel->updateView3d();
-    return tag == "3d" ? shownMarkers(bench) : shownBodies(bench);
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
+    return tag == "3d" ? shownMarkers(fixture) : shownBodies(fixture);
 }
 
 } // namespace
@@ -175,20 +175,20 @@ void TestHostileLines::lines()
     QFETCH(const int, result);
     QFETCH(const QByteArray, shown);
     const QByteArray tag = file.section(QLatin1Char('.'), 1, 1).toLatin1();
-    PanelFixture bench(1, tag == "6di" ? 24 : 11); // before 1.12 the format with measured angles is read
-    bench.answerBodies(2);
-    bench.createConfiguredPanel();
+    PanelFixture fixture(1, tag == "6di" ? 24 : 11); // before 1.12 the format with measured angles is read
+    fixture.answerBodies(2);
+    fixture.createConfiguredPanel();
     const QByteArray good = goodLine(tag);
-    QCOMPARE(bench.send(tag.constData(), good), stored);
-    const QByteArray shownBefore = shownAfter(bench, tag);
+    QCOMPARE(fixture.send(tag.constData(), good), stored);
+    const QByteArray shownBefore = shownAfter(fixture, tag);
 
     const QByteArray line = hostileInput(folder, file);
-    QCOMPARE(bench.send(tag.constData(), line), result);
-    QCOMPARE(shownAfter(bench, tag), shown);
-    QCOMPARE(PanelFixture::logs(bench.takeCalls()), QStringList());
+    QCOMPARE(fixture.send(tag.constData(), line), result);
+    QCOMPARE(shownAfter(fixture, tag), shown);
+    QCOMPARE(PanelFixture::logs(fixture.takeCalls()), QStringList());
 
-    QCOMPARE(bench.send(tag.constData(), good), stored);
-    QCOMPARE(shownAfter(bench, tag), shownBefore);
+    QCOMPARE(fixture.send(tag.constData(), good), stored);
+    QCOMPARE(shownAfter(fixture, tag), shownBefore);
 }
 
 QTEST_MAIN(TestHostileLines)

@@ -51,14 +51,14 @@ QByteArray contentOf(const QString &name)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<unreadable>");
 }
 
-/// Brings about what \a file is or says; the home of \a bench may become another.
-void prepare(PanelFixture &bench, const QString &file)
+/// Brings about what \a file is or says; the home of \a fixture may become another.
+void prepare(PanelFixture &fixture, const QString &file)
 {
-    const QString path = bench.preferencesFile();
+    const QString path = fixture.preferencesFile();
     const QString place = file.endsWith(QLatin1String(".place")) ? file.section(QLatin1Char('.'), 0, 0) : QString();
-    QVERIFY(QDir().mkpath(bench.preferencesDir()));
+    QVERIFY(QDir().mkpath(fixture.preferencesDir()));
     if (place.isEmpty())
-        bench.writePreferences(hostileInput(folder, file));
+        fixture.writePreferences(hostileInput(folder, file));
     else if (place == QLatin1String("pipe"))
         QCOMPARE(mkfifo(QFile::encodeName(path).constData(), 0600), 0);
     else if (place == QLatin1String("dangling-link"))
@@ -68,15 +68,15 @@ void prepare(PanelFixture &bench, const QString &file)
     else if (place == QLatin1String("read-only-home"))
         qputenv("HOME", "/proc"); // where not even root makes a folder
     else if (place == QLatin1String("missing-home"))
-        qputenv("HOME", QFile::encodeName(bench.home.filePath(QStringLiteral("not/there"))));
+        qputenv("HOME", QFile::encodeName(fixture.home.filePath(QStringLiteral("not/there"))));
     else if (place == QLatin1String("full-disk"))
-        bench.writePreferences("<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>");
+        fixture.writePreferences("<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>");
     else
         QFAIL("an unknown place");
 }
 
 /// Saves with room for no more than \a room bytes in a file, and returns what was logged.
-QStringList saveInto(PanelFixture &bench, rlim_t room)
+QStringList saveInto(PanelFixture &fixture, rlim_t room)
 {
     const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
     rlimit oldLimit{};
@@ -88,21 +88,21 @@ QStringList saveInto(PanelFixture &bench, rlim_t room)
     rlimit limit = oldLimit;
     limit.rlim_cur = std::min(room, oldLimit.rlim_cur);
     setrlimit(RLIMIT_FSIZE, &limit);
-    bench.takeCalls();
-    bench.panel->prepareShutdown();
-    return PanelFixture::logs(bench.takeCalls());
+    fixture.takeCalls();
+    fixture.panel->prepareShutdown();
+    return PanelFixture::logs(fixture.takeCalls());
 }
 
-int widthOf(const PanelFixture &bench)
+int widthOf(const PanelFixture &fixture)
 {
-    return bench.table3d().columnWidth(2);
+    return fixture.table3d().columnWidth(2);
 }
 
 int builtInWidth()
 {
-    PanelFixture bench;
-    bench.createPanel();
-    return widthOf(bench);
+    PanelFixture fixture;
+    fixture.createPanel();
+    return widthOf(fixture);
 }
 
 void compareMessage(const QStringList &logs, const QString &part)
@@ -150,17 +150,19 @@ void TestHostilePreferences::preferences()
     QFETCH(const int, width);
     QFETCH(const QString, saving);
     const int expectedWidth = width == builtIn ? builtInWidth() : width;
-    PanelFixture bench;
-    prepare(bench, file);
-    const QString path = QDir::homePath() + bench.preferencesFile().mid(bench.home.path().size()); // in the home of now
-    const QByteArray before = contentOf(path == bench.preferencesFile() && QFileInfo(path).isFile() ? path : QString());
+    PanelFixture fixture;
+    prepare(fixture, file);
+    const QString path =
+        QDir::homePath() + fixture.preferencesFile().mid(fixture.home.path().size()); // in the home of now
+    const QByteArray before =
+        contentOf(path == fixture.preferencesFile() && QFileInfo(path).isFile() ? path : QString());
 
-    bench.createPanel();
-    compareMessage(PanelFixture::logs(bench.takeCalls()), loading);
-    QCOMPARE(widthOf(bench), expectedWidth);
+    fixture.createPanel();
+    compareMessage(PanelFixture::logs(fixture.takeCalls()), loading);
+    QCOMPARE(widthOf(fixture), expectedWidth);
 
     const bool full = file == QLatin1String("full-disk.place");
-    compareMessage(saveInto(bench, full ? 0 : RLIM_INFINITY), saving);
+    compareMessage(saveInto(fixture, full ? 0 : RLIM_INFINITY), saving);
     if (full)
         QCOMPARE(contentOf(path), before);
     if (!saving.isEmpty())

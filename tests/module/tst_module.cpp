@@ -12,9 +12,9 @@
 
 namespace {
 
-QString fileOfPreferences(const PanelFixture &bench)
+QString fileOfPreferences(const PanelFixture &fixture)
 {
-    return bench.preferencesFile();
+    return fixture.preferencesFile();
 }
 
 /// A module in a main window, with the host's objects of a panel fixture.
@@ -211,12 +211,12 @@ void TestModule::releaseWithoutEntries()
 
 void TestModule::destructionLeavesTheWidgets()
 {
-    PanelFixture bench;
+    PanelFixture fixture;
     QMainWindow window;
     auto module = std::make_unique<DataDisplayModule>();
-    module->setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&bench.host));
+    module->setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&fixture.host));
     module->setModuleProperty(QStringLiteral("ModuleParent"), QVariant::fromValue<QWidget *>(&window));
-    module->setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&bench.versions));
+    module->setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&fixture.versions));
     const QPointer<QWidget> dock(module->moduleEntries().first()->widget);
     module.reset();
     QVERIFY(dock);

@@ -70,12 +70,12 @@ void TestTexts::cleanupTestCase()
 
 void TestTexts::entry()
 {
-    PanelFixture bench;
+    PanelFixture fixture;
     QMainWindow window;
     DataDisplayModule module;
-    module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&bench.host));
+    module.setModuleProperty(QStringLiteral("CommandManager"), QVariant::fromValue<IOManager *>(&fixture.host));
     module.setModuleProperty(QStringLiteral("ModuleParent"), QVariant::fromValue<QWidget *>(&window));
-    module.setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&bench.versions));
+    module.setModuleProperty(QStringLiteral("BackendVersions"), QVariant::fromValue(&fixture.versions));
     const ModuleEntry &entry = *module.moduleEntries().first();
     const QString description =
         QStringLiteral("DataDisplayModule|Show tracking data of the 6DOF standard bodies and the 3DOF markers");
@@ -91,54 +91,54 @@ void TestTexts::entry()
 
 void TestTexts::form()
 {
-    PanelFixture bench;
-    const DataDisplay &panel = bench.createPanel();
+    PanelFixture fixture;
+    const DataDisplay &panel = fixture.createPanel();
     QCOMPARE(panel.windowTitle(), QStringLiteral("DataDisplayWidget|Form"));
-    QCOMPARE(bench.table6d().whatsThis(),
+    QCOMPARE(fixture.table6d().whatsThis(),
              QStringLiteral("DataDisplayWidget|This is a list of all 'standard bodies' and their current tracking "
                             "states. All coordinates are room coordinates."));
-    QCOMPARE(bench.table3d().whatsThis(),
+    QCOMPARE(fixture.table3d().whatsThis(),
              QStringLiteral("DataDisplayWidget|This is a list of all 3d markers in room coordinates."));
-    QCOMPARE(bench.table6d().styleSheet(), QStringLiteral("QHeaderView::section{border: none; font: normal;}"));
+    QCOMPARE(fixture.table6d().styleSheet(), QStringLiteral("QHeaderView::section{border: none; font: normal;}"));
 }
 
 void TestTexts::headers()
 {
-    PanelFixture bench;
-    bench.createPanel();
+    PanelFixture fixture;
+    fixture.createPanel();
     const QStringList bodies{
         QStringLiteral("Body ID"),   QStringLiteral("Name"),     QStringLiteral("Filter"),
         QStringLiteral("Sensor ID"), QStringLiteral("x [mm]"),   QStringLiteral("y [mm]"),
         QStringLiteral("z [mm]"),    QStringLiteral("rx [deg]"), QStringLiteral("ry [deg]"),
         QStringLiteral("rz [deg]"),  QStringLiteral("Battery"),  QStringLiteral("Temp. [\u00B0C]")};
-    QCOMPARE(headerTexts(bench.table6d()), marked("DataDisplay", bodies) + QStringList{QString()});
+    QCOMPARE(headerTexts(fixture.table6d()), marked("DataDisplay", bodies) + QStringList{QString()});
     const QStringList markers{QStringLiteral("3DOF ID"), QStringLiteral("x [mm]"), QStringLiteral("y [mm]"),
                               QStringLiteral("z [mm]")};
-    QCOMPARE(headerTexts(bench.table3d()), marked("DataDisplay", markers));
+    QCOMPARE(headerTexts(fixture.table3d()), marked("DataDisplay", markers));
 }
 
 void TestTexts::cells()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answer("body calibrated standard b01", "no");
-    bench.createConfiguredPanel();
-    QCOMPARE(bench.table6d().item(0, BodyIdColumn)->whatsThis(),
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answer("body calibrated standard b01", "no");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.table6d().item(0, BodyIdColumn)->whatsThis(),
              QStringLiteral("DataDisplay| This body is not yet calibrated."));
-    bench.send("3d", "3d 1 [12 1.0][1 2 3]");
-    bench.panel->updateView3d();
-    QCOMPARE(bench.table3d().item(0, MarkerIdColumn)->text(), QStringLiteral("DataDisplay|12"));
-    QCOMPARE(bench.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("1.00"));
+    fixture.send("3d", "3d 1 [12 1.0][1 2 3]");
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.table3d().item(0, MarkerIdColumn)->text(), QStringLiteral("DataDisplay|12"));
+    QCOMPARE(fixture.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("1.00"));
 }
 
 void TestTexts::logAndCommands()
 {
-    PanelFixture bench;
-    bench.answerBodies(1);
-    bench.answerHead();
-    bench.refuse("output available 6di");
-    bench.createPanel();
-    for (const QString &call : bench.takeCalls() + bench.reconfigure())
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answerHead();
+    fixture.refuse("output available 6di");
+    fixture.createPanel();
+    for (const QString &call : fixture.takeCalls() + fixture.reconfigure())
         QVERIFY2(!call.contains(QLatin1Char('|')), qPrintable(call));
 }
 
