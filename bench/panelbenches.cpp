@@ -3,7 +3,7 @@
 #include "bench/livelines.h"
 #include "bench/naivetables.h"
 #include "bench/stopwatch.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <malloc.h>
 

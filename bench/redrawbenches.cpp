@@ -4,7 +4,7 @@
 #include "bench/lockwatch.h"
 #include "bench/naivetables.h"
 #include "bench/stopwatch.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <QApplication>
 #include <QStyledItemDelegate>

@@ -4,7 +4,7 @@
 
 #include "backend/simulatedbackend.h"
 #include "fuzz/fuzztarget.h"
-#include "tests/data/referencereader.h"
+#include "tests/support/referencereader.h"
 
 #include <QByteArrayList>
 

@@ -3,8 +3,8 @@
 #include "fuzz/linetarget.h"
 
 #include "fuzz/fuzztarget.h"
-#include "tests/data/referencereader.h"
-#include "tests/data/rivalnumbers.h"
+#include "tests/support/referencereader.h"
+#include "tests/support/rivalnumbers.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "data/numberreader.h"
 
-#include "rivalnumbers.h"
-#include "tests/endurance/repetitions.h"
+#include "tests/support/repetitions.h"
+#include "tests/support/rivalnumbers.h"
 
 #include <QtTest>
 

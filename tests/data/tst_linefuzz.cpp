@@ -3,7 +3,7 @@
 #include "data/trackingdata.h"
 
 #include "randomtext.h"
-#include "referencereader.h"
+#include "tests/support/referencereader.h"
 
 #include <QtTest>
 

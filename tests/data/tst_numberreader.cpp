@@ -3,7 +3,7 @@
 #include "data/numberreader.h"
 
 #include "randomtext.h"
-#include "rivalnumbers.h"
+#include "tests/support/rivalnumbers.h"
 
 #include <QtTest>
 

@@ -3,7 +3,7 @@
 
 #include "display/batterybar.h"
 #include "display/temperaturebar.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <QtTest>
 

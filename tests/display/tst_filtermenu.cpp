@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
 #include "display/zeltablewidget.h"
-#include "tests/display/openwidgets.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/openwidgets.h"
+#include "tests/support/panelfixture.h"
 
 #include <QAction>
 #include <QCursor>

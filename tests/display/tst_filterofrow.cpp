@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "display/zeltablewidget.h"
 #include "filter/filterdialog.h"
-#include "tests/display/openwidgets.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/openwidgets.h"
+#include "tests/support/panelfixture.h"
 
 #include <QPointer>
 #include <QSignalSpy>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelfixture.h"
-#include "tests/display/paneltimers.h"
+#include "tests/support/panelfixture.h"
+#include "tests/support/paneltimers.h"
 
 #include <QtTest>
 

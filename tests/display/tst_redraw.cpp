@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelfixture.h"
 #include "tests/display/plainredraw.h"
+#include "tests/support/panelfixture.h"
 
 #include <QSignalSpy>
 #include <QtTest>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/paneltimers.h"
-#include "tests/display/sensorfixture.h"
+#include "tests/support/paneltimers.h"
+#include "tests/support/sensorfixture.h"
 
 #include <QtTest>
 

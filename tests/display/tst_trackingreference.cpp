@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <QtTest>
 

@@ -3,7 +3,7 @@
 #include "tests/endurance/monkey.h"
 
 #include "module/datadisplaymodule.h"
-#include "tests/filter/filterscript.h"
+#include "tests/support/filterscript.h"
 
 #include <QApplication>
 #include <QDockWidget>

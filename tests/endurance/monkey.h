@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/display/panelfixture.h"
 #include "tests/endurance/faultyhost.h"
 #include "tests/endurance/linethread.h"
+#include "tests/support/panelfixture.h"
 
 #include <QByteArray>
 #include <QMainWindow>

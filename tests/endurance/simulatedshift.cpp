@@ -4,10 +4,10 @@
 
 #include "display/sensorschedule.h"
 #include "display/zeltablewidget.h"
-#include "tests/display/openwidgets.h"
 #include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/syntheticlines.h"
-#include "tests/filter/filterscript.h"
+#include "tests/support/filterscript.h"
+#include "tests/support/openwidgets.h"
 
 #include <QApplication>
 #include <QComboBox>

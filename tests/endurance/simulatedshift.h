@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "tests/display/panelfixture.h"
-#include "tests/display/paneltimers.h"
 #include "tests/endurance/linethread.h"
+#include "tests/support/panelfixture.h"
+#include "tests/support/paneltimers.h"
 
 /// A panel in simulated time: its clocks do not tick by themselves, and each simulated second takes as long as its
 /// work. Every ten minutes the backend goes and comes back with fewer or more bodies, sensors are switched off and on,

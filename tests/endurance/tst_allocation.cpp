@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelfixture.h"
 #include "tests/endurance/crashreport.h"
 #include "tests/endurance/failingheap.h"
-#include "tests/endurance/repetitions.h"
+#include "tests/support/panelfixture.h"
+#include "tests/support/repetitions.h"
 
 #include <QLoggingCategory>
 #include <QMap>

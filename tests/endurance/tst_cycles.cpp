@@ -3,7 +3,7 @@
 #include "tests/contract/guestsession.h"
 #include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
-#include "tests/endurance/repetitions.h"
+#include "tests/support/repetitions.h"
 
 #include <QApplication>
 #include <QFile>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/panelfixture.h"
-#include "tests/endurance/repetitions.h"
+#include "tests/support/panelfixture.h"
+#include "tests/support/repetitions.h"
 
 #include <QLoggingCategory>
 #include <QtTest>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "tests/contract/guestsession.h"
-#include "tests/endurance/repetitions.h"
+#include "tests/support/repetitions.h"
 
 #include <QLocale>
 #include <QLoggingCategory>

@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
-#include "tests/endurance/repetitions.h"
 #include "tests/endurance/simulatedshift.h"
+#include "tests/support/repetitions.h"
 
 #include <QAbstractEventDispatcher>
 #include <QApplication>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "tests/filter/contexttranslator.h"
-#include "tests/filter/filterscript.h"
+#include "tests/support/filterscript.h"
 
 #include <QCheckBox>
 #include <QComboBox>

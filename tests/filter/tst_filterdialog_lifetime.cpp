@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "filter/filterhelp.h"
-#include "tests/filter/filterscript.h"
+#include "tests/support/filterscript.h"
 #include "tests/support/typing.h"
 
 #include <QAbstractItemView>

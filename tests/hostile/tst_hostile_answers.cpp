@@ -3,8 +3,8 @@
 #include "filter/filterdialog.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
-#include "tests/display/panelfixture.h"
 #include "tests/hostile/hostilefile.h"
+#include "tests/support/panelfixture.h"
 
 #include <QComboBox>
 #include <QLabel>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "module/datadisplaymodule.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <QAction>
 #include <QDockWidget>

@@ -4,7 +4,7 @@
 
 #include "display/batterybar.h"
 #include "display/temperaturebar.h"
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 /// A panel for two bodies, the second of which has the sensor d01.
 struct SensorFixture : PanelFixture {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "referencereader.h"
+#include "tests/support/referencereader.h"
 
-#include "rivalnumbers.h"
+#include "tests/support/rivalnumbers.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/display/openwidgets.h"
+#include "tests/support/openwidgets.h"
 
 #include "filter/filterdialog.h"
 

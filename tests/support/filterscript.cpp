@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/filter/filterscript.h"
+#include "tests/support/filterscript.h"
 
 #include "filter/filterdialog.h"
 

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "rivalnumbers.h"
+#include "tests/support/rivalnumbers.h"
 
 #include <clocale>
 #include <cstdlib>

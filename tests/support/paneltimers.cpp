@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/display/paneltimers.h"
+#include "tests/support/paneltimers.h"
 
-#include "tests/display/panelfixture.h"
+#include "tests/support/panelfixture.h"
 
 #include <QCoreApplication>
 #include <QTest>
