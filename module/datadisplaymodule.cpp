@@ -12,7 +12,6 @@
 #include <QScopeGuard>
 
 #include <memory>
-#include <utility>
 
 namespace {
 
