@@ -34,6 +34,10 @@ private slots:
     void steppingSendsAtTheEndOfTheEdit();
     void otherBodyIsRead_data() { versionRows(); }
     void otherBodyIsRead();
+    void activeSwitchComesBack_data() { versionRows(); }
+    void activeSwitchComesBack();
+    void strengthComesBack_data() { versionRows(); }
+    void strengthComesBack();
     void otherActiveStateIsSentBack();
     void unlistedPresetIsSentBackAsNone();
     void samePresetsStayAsTheyAre();
@@ -257,6 +261,38 @@ void TestFilterDialogActions::otherBodyIsRead()
         lines << "requestString body filter6d_preset standard b03"
               << "sendCommand body filter6d_preset standard b03 preset6d_med_pred";
         return lines + settingLinesFromStrength(body, perBody) + settingLinesFromStrength(body, perBody);
+    });
+}
+
+void TestFilterDialogActions::activeSwitchComesBack()
+{
+    QFETCH(BackendVersions, version);
+    versions = version;
+    open(-1, [this] {
+        auto *body = child<QComboBox>("comboBox_body");
+        QTest::keyClick(body, Qt::Key_Down); // to the body with an inertial sensor
+        QVERIFY(!child<QWidget>("checkBox_active")->isVisible());
+        QTest::keyClick(body, Qt::Key_Up);
+        QVERIFY(child<QWidget>("checkBox_active")->isVisible());
+        QVERIFY(child<QWidget>("checkBox_active")->isEnabled());
+    });
+}
+
+void TestFilterDialogActions::strengthComesBack()
+{
+    QFETCH(BackendVersions, version);
+    versions = version;
+    open(0, [this] {
+        auto *preset = child<QComboBox>("comboBox_preset");
+        preset->setFocus();
+        QTest::keyClicks(preset, QStringLiteral("Hybrid"));
+        QVERIFY(!child<QWidget>("label_strength")->isVisible());
+        QVERIFY(!child<QWidget>("doubleSpinBox_strength")->isVisible());
+        preset->setCurrentIndex(preset->findText(QStringLiteral("Custom")));
+        for (const char *name : {"label_strength", "doubleSpinBox_strength"}) {
+            QVERIFY2(child<QWidget>(name)->isVisible(), name);
+            QVERIFY2(child<QWidget>(name)->isEnabled(), name);
+        }
     });
 }
 

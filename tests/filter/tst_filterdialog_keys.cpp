@@ -21,7 +21,10 @@ class TestFilterDialogKeys : public QObject {
 
 private slots:
     void init();
-    void returnEndsAnEditOnly();
+    void enterEndsAnEditOnly_data();
+    void enterEndsAnEditOnly();
+    void enterClicksTheButtonWithTheFocus_data() { enterEndsAnEditOnly_data(); }
+    void enterClicksTheButtonWithTheFocus();
     void closingEndsAnEdit_data();
     void closingEndsAnEdit();
     void mnemonicsReachTheirControls_data();
@@ -60,16 +63,38 @@ void TestFilterDialogKeys::init()
     versions = backendVersion(2, 0);
 }
 
-void TestFilterDialogKeys::returnEndsAnEditOnly()
+void TestFilterDialogKeys::enterEndsAnEditOnly_data()
 {
-    open(0, [this] {
+    QTest::addColumn<Qt::Key>("key");
+    QTest::newRow("Return") << Qt::Key_Return;
+    QTest::newRow("Enter of the number block") << Qt::Key_Enter;
+}
+
+void TestFilterDialogKeys::enterEndsAnEditOnly()
+{
+    QFETCH(Qt::Key, key);
+    open(0, [this, key] {
         auto *strength = child<QDoubleSpinBox>("doubleSpinBox_strength");
         replaceNumber(strength, QStringLiteral("0.6"));
-        QTest::keyClick(strength, Qt::Key_Return);
+        QTest::keyClick(strength, key, key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier);
         QCOMPARE(host.takeCalls(), QByteArrayList{"sendCommand body filter6d_strength standard b01 0.600000"});
         QCOMPARE(QApplication::activeModalWidget(), dialog.get()); // and no help over it
         QVERIFY(dialog->isVisible());
     });
+}
+
+void TestFilterDialogKeys::enterClicksTheButtonWithTheFocus()
+{
+    QFETCH(Qt::Key, key);
+    bool closed = false;
+    open(0, [this, key, &closed] {
+        auto *exit = child<QPushButton>("pushButton_exit");
+        exit->setFocus();
+        QTest::keyClick(exit, key, key == Qt::Key_Enter ? Qt::KeypadModifier : Qt::NoModifier);
+        QTRY_VERIFY(!dialog->isVisible());
+        closed = true;
+    });
+    QVERIFY(closed);
 }
 
 void TestFilterDialogKeys::closingEndsAnEdit_data()
