@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 
-#include "filter/filterhelp.h"
 #include "channel/query.h"
+#include "filter/filterhelp.h"
 #include "interface/iomanager.h"
 #include "ui_filterdialog.h"
 
@@ -26,6 +26,7 @@ FilterDialog::FilterDialog(IOManager *io, QWidget *parent, BackendVersions *back
     , versions(backendVersions)
 {
     ui->setupUi(this);
+    connectSlots();
     if (parent)
         setWindowIcon(parent->windowIcon());
     presets = capabilities().presets();
@@ -39,6 +40,8 @@ FilterDialog::FilterDialog(IOManager *io, QWidget *parent, BackendVersions *back
 
 FilterDialog::~FilterDialog()
 {
+    ready = false;
+    hide(); // ends an edit: QDialog would do it when the slots have no object any more
     delete help; // it has no parent, and would stay open over an application that no longer has the module
 }
 
@@ -52,6 +55,22 @@ int FilterDialog::update_and_exec(int iTabIndex, int iBodyindex)
     else if (!locked) // a locked configuration shows in the disabled controls, without a message
         ui->label_error->setText(unavailableText(iTabIndex));
     return exec(); // the dialog may be gone by now
+}
+
+// Not by name: of the two signals currentIndexChanged() of a combo box Qt would take the first for the slot without an
+// argument, and say so in the host's log.
+void FilterDialog::connectSlots()
+{
+    const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
+    const auto edited = &QAbstractSpinBox::editingFinished;
+    connect(ui->pushButton_help, &QPushButton::clicked, this, &FilterDialog::on_pushButton_help_clicked);
+    connect(ui->comboBox_body, indexChanged, this, &FilterDialog::on_comboBox_body_currentIndexChanged);
+    connect(ui->checkBox_active, &QCheckBox::stateChanged, this, &FilterDialog::on_checkBox_active_stateChanged);
+    connect(ui->comboBox_preset, indexChanged, this, &FilterDialog::on_comboBox_preset_currentIndexChanged);
+    connect(ui->doubleSpinBox_strength, edited, this, &FilterDialog::on_doubleSpinBox_strength_editingFinished);
+    connect(ui->spinBox_prediction, edited, this, &FilterDialog::on_spinBox_prediction_editingFinished);
+    connect(ui->comboBox_mode, indexChanged, this, &FilterDialog::on_comboBox_mode_currentIndexChanged);
+    connect(ui->pushButton_exit, &QPushButton::clicked, this, &FilterDialog::on_pushButton_exit_clicked);
 }
 
 void FilterDialog::applyLimits()

@@ -39,8 +39,6 @@ public slots:
 
 private slots:
     void on_pushButton_help_clicked();
-    /// Qt connects it by name to the first of the two signals of this name, currentIndexChanged(int), and says so in
-    /// a warning; the slot is called once for a change.
     void on_comboBox_body_currentIndexChanged();
     void on_checkBox_active_stateChanged(int state);
     void on_comboBox_preset_currentIndexChanged(int index);
@@ -53,6 +51,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    void connectSlots();
     void applyLimits();
     void load(int tabIndex, int bodyIndex);
     void setControlsEnabled(bool enabled);
