@@ -15,7 +15,7 @@ using Reader = bool (*)(TrackingData &, const QByteArray &, const QByteArray &);
 bool readOurWay(TrackingData &data, const QByteArray &tag, const QByteArray &line)
 {
     QByteArray copy(line.constData());
-    return data.receive(tag.constData(), copy.data()) == LineFate::Stored;
+    return data.receive(tag.constData(), copy.data()) == LineOutcome::Stored;
 }
 
 bool readFloor(TrackingData &, const QByteArray &, const QByteArray &line)

@@ -28,7 +28,7 @@ constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
 /// With digits up to this number and a divisor of the table both operands of the division are exact, so that its
 /// result is rounded once, as strtod's is (W. D. Clinger, How to Read Floating Point Numbers Accurately, PLDI 1990).
 constexpr std::uint64_t largestExactDigits = 1'000'000'000'000'000;
-constexpr int mostDigits = 19; ///< that a 64-bit number surely holds
+constexpr int mostDigits = 19; ///< that always fit in 64 bits
 
 ReadNumber<qint32> readUnusualInteger(const char *text) noexcept
 {

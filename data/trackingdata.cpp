@@ -16,7 +16,7 @@ namespace {
 using TryLock = std::unique_lock<DataMutex>;
 
 constexpr qint32 maxMarkers = 300;
-/// Ten characters of a line must not cost the host gigabytes: a larger count is a store that could not grow.
+/// A ten-character count must not allocate gigabytes; larger ones are treated as out of memory.
 constexpr qint32 maxBodies = 1'000'000;
 constexpr qint32 stateOf6dBodies = 2;
 
@@ -38,19 +38,19 @@ std::optional<Count> readCount(char *line, std::size_t place)
 
 } // namespace
 
-LineFate TrackingData::receive(const char *tag, char *line)
+LineOutcome TrackingData::receive(const char *tag, char *line)
 {
-    const LineFate fate = parse(tag, line);
-    if (fate == LineFate::Stored || fate == LineFate::StoredFirstBodies)
+    const LineOutcome outcome = parse(tag, line);
+    if (outcome == LineOutcome::Stored || outcome == LineOutcome::StoredFirstBodies)
         ++lineCounts.stored;
-    else if (fate == LineFate::Dropped)
+    else if (outcome == LineOutcome::Dropped)
         ++lineCounts.dropped;
-    else if (fate == LineFate::Ignored)
+    else if (outcome == LineOutcome::Ignored)
         ++lineCounts.ignored;
-    return fate;
+    return outcome;
 }
 
-LineFate TrackingData::parse(const char *tag, char *line)
+LineOutcome TrackingData::parse(const char *tag, char *line)
 {
     if (std::strcmp(tag, "3d") == 0)
         return receive3d(line);
@@ -59,7 +59,7 @@ LineFate TrackingData::parse(const char *tag, char *line)
         return receive6di(line);
     if (!inertial && std::strcmp(tag, "6d") == 0)
         return receive6d(line);
-    return LineFate::Ignored;
+    return LineOutcome::Ignored;
 }
 
 void TrackingData::clear()
@@ -96,19 +96,19 @@ void TrackingData::resizeBodies(qint32 count)
         bodyRecords.resize(size);
 }
 
-LineFate TrackingData::bodiesStored()
+LineOutcome TrackingData::bodiesStored()
 {
-    return configured.exchange(false) ? LineFate::StoredFirstBodies : LineFate::Stored;
+    return configured.exchange(false) ? LineOutcome::StoredFirstBodies : LineOutcome::Stored;
 }
 
-LineFate TrackingData::receive6d(char *line)
+LineOutcome TrackingData::receive6d(char *line)
 {
     TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
-        return LineFate::Dropped;
+        return LineOutcome::Dropped;
     const std::optional<Count> count = readCount(line, std::strlen("6d "));
     if (!count)
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     resizeBodies(count->value);
 
     qint32 index = 0;
@@ -122,7 +122,7 @@ LineFate TrackingData::receive6d(char *line)
         float quality = 0.0F;
         text = parseBlock(text, "if", &id, &quality);
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         record.id = id;
         record.quality = quality;
         record.state = stateOf6dBodies;
@@ -130,26 +130,26 @@ LineFate TrackingData::receive6d(char *line)
         std::array<float, 6> pose{};
         text = parseBlock(text, "ffffff", nullptr, pose.data());
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         std::copy_n(pose.begin(), 3, record.position.begin());
         std::copy_n(pose.begin() + 3, 3, record.angles.begin());
 
         text = parseBlock(text, "fffffffff", nullptr, record.rotation.data());
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
     lock.unlock();
     return bodiesStored();
 }
 
-LineFate TrackingData::receive6di(char *line)
+LineOutcome TrackingData::receive6di(char *line)
 {
     TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
-        return LineFate::Dropped;
+        return LineOutcome::Dropped;
     const std::optional<Count> count = readCount(line, std::strlen("6di "));
     if (!count)
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     resizeBodies(count->value);
 
     // The ids of the last frame stay until they are read anew, unlike those of "6d".
@@ -162,7 +162,7 @@ LineFate TrackingData::receive6di(char *line)
         float quality = 0.0F;
         text = parseBlock(text, "iif", idAndState.data(), &quality);
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         record.id = idAndState[0];
         record.state = idAndState[1];
         const bool hasInertialData = (static_cast<quint32>(record.state) & 1U) != 0;
@@ -172,10 +172,10 @@ LineFate TrackingData::receive6di(char *line)
 
         text = parseBlock(text, "fff", nullptr, record.position.data());
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         text = parseBlock(text, "fffffffff", nullptr, record.rotation.data());
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
     lock.unlock();
     if (sensorIsBack)
@@ -183,15 +183,15 @@ LineFate TrackingData::receive6di(char *line)
     return bodiesStored();
 }
 
-LineFate TrackingData::receive3d(char *line)
+LineOutcome TrackingData::receive3d(char *line)
 {
     const TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
-        return LineFate::Dropped;
+        return LineOutcome::Dropped;
     const std::optional<Count> count = readCount(line, std::strlen("3d "));
     if (!count) {
         markerRecords.clear();
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     }
     const auto size = static_cast<std::size_t>(std::clamp(count->value, 0, maxMarkers));
     while (markerRecords.size() < size)
@@ -202,10 +202,10 @@ LineFate TrackingData::receive3d(char *line)
     for (const std::unique_ptr<MarkerRecord> &record : markerRecords) {
         text = parseBlock(text, "if", &record->id, &record->quality);
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         text = parseBlock(text, "fff", nullptr, record->position.data());
         if (!text)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
-    return LineFate::Stored;
+    return LineOutcome::Stored;
 }

@@ -12,7 +12,7 @@
 #include <vector>
 
 /// What became of a line of output.
-enum class LineFate {
+enum class LineOutcome {
     Stored,
     StoredFirstBodies, ///< stored, the first 6DOF line since \a configured was set
     Malformed, ///< what was stored before the fault stays
@@ -20,7 +20,7 @@ enum class LineFate {
     Ignored ///< not of a type that is read at present
 };
 
-/// How many lines each fate met; both threads.
+/// Lines by outcome. Both threads.
 struct LineCounts {
     std::atomic<quint64> stored{0};
     std::atomic<quint64> dropped{0}; ///< for the held lock, or a store that could not grow
@@ -33,7 +33,7 @@ public:
     /// Reads one output line of type \a tag into its store, on the data thread. \a line is the caller's own copy,
     /// zero-terminated; it is written to and restored. Never waits. Throws when a store can't grow to the count of
     /// the line; the lock is free then, the bodies are as they were, and markers made by then stay.
-    LineFate receive(const char *tag, char *line);
+    LineOutcome receive(const char *tag, char *line);
 
     /// Empties both stores. GUI thread; waits for the lock.
     void clear();
@@ -57,10 +57,10 @@ public:
     std::atomic<bool> sensorScheduleReset{false}; ///< data thread sets: an absent sensor is back; GUI thread takes
 
 private:
-    LineFate parse(const char *tag, char *line);
-    LineFate bodiesStored();
-    LineFate receive6d(char *line);
-    LineFate receive6di(char *line);
-    LineFate receive3d(char *line);
+    LineOutcome parse(const char *tag, char *line);
+    LineOutcome bodiesStored();
+    LineOutcome receive6d(char *line);
+    LineOutcome receive6di(char *line);
+    LineOutcome receive3d(char *line);
     void resizeBodies(qint32 count);
 };

@@ -74,10 +74,10 @@ try {
         return 0;
     }
     QByteArray copy(line);
-    const LineFate fate = data.receive(tag, copy.data());
-    if (fate == LineFate::StoredFirstBodies)
+    const LineOutcome outcome = data.receive(tag, copy.data());
+    if (outcome == LineOutcome::StoredFirstBodies)
         announceBodies();
-    return fate == LineFate::Malformed ? -1 : 0;
+    return outcome == LineOutcome::Malformed ? -1 : 0;
 } catch (...) {
     ++data.lineCounts.dropped;
     return 0; // the host's data thread has no handler for us; what is stored stays usable

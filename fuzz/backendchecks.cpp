@@ -85,8 +85,8 @@ void checkLines(const SimulatedBackend &backend, std::chrono::nanoseconds time)
         require(lines[i].text == again[i].text, "the same time gives the same bytes");
         ReferenceReader reader;
         reader.useInertialFormat = lines[i].tag == "6di";
-        const LineFate fate = reader.receive(lines[i].tag.toStdString(), lines[i].text.toStdString());
-        require(fate == LineFate::Stored, "a line of the backend's own reads without a fault");
+        const LineOutcome outcome = reader.receive(lines[i].tag.toStdString(), lines[i].text.toStdString());
+        require(outcome == LineOutcome::Stored, "a line of the backend's own reads without a fault");
     }
 }
 

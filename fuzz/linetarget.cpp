@@ -35,7 +35,7 @@ void tellExecutedLines()
     std::fprintf(stderr, "stat::line_executions:            %llu\n", static_cast<unsigned long long>(executedLines));
 }
 
-template<typename Reader> std::optional<LineFate> fateOf(const Reader &read)
+template<typename Reader> std::optional<LineOutcome> outcomeOf(const Reader &read)
 {
     try {
         return read();
@@ -126,11 +126,11 @@ private:
         // Of exactly this size, so that a byte beyond either end is a finding.
         const auto bytes = std::make_unique<char[]>(line.size() + 1);
         std::memcpy(bytes.get(), text.c_str(), line.size() + 1);
-        const std::optional<LineFate> fate = fateOf([&] { return data.receive(tag.c_str(), bytes.get()); });
-        const std::optional<LineFate> expected = fateOf([&] { return reference.receive(tag, text); });
+        const std::optional<LineOutcome> outcome = outcomeOf([&] { return data.receive(tag.c_str(), bytes.get()); });
+        const std::optional<LineOutcome> expected = outcomeOf([&] { return reference.receive(tag, text); });
         require(std::memcmp(bytes.get(), text.c_str(), line.size() + 1) == 0, "the line was changed");
         require(std::unique_lock(data.dataMutex, std::try_to_lock).owns_lock(), "the lock is still held");
-        require(fate == expected, "the fate of the line");
+        require(outcome == expected, "the outcome of the line");
         require(data.configured == reference.configured, "the flag of a new configuration");
         require(data.sensorScheduleReset == reference.sensorScheduleReset, "the reset of the sensor schedule");
         require(sameBodies(), "the stored bodies");

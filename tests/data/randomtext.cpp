@@ -140,7 +140,7 @@ std::string RandomText::integer()
 
 std::string RandomText::numberSoup(int maxLength)
 {
-    static const std::string letters = "00112345678999+-..eExXpPabBfFinINFtTyY() \t\n\v\f\r_,";
+    static const std::string characters = "00112345678999+-..eExXpPabBfFinINFtTyY() \t\n\v\f\r_,";
     static const std::array<const char *, 12> lumps{"inf", "infinity", "nan", "nan(", "0x",     "0x1.",
                                                     "1e",  "p-1",      "e+",  "INF",  "NaN(7)", "0."};
     std::string text;
@@ -149,7 +149,7 @@ std::string RandomText::numberSoup(int maxLength)
         if (oneIn(6))
             text += lumps[static_cast<std::size_t>(below(12))];
         else
-            text += letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+            text += characters[static_cast<std::size_t>(below(static_cast<int>(characters.size())))];
     }
     return text;
 }
@@ -198,7 +198,7 @@ std::string RandomText::injured(std::string line)
 
 void RandomText::injure(std::string &line)
 {
-    static const std::string letters = std::string("[]][[ 0123456789+-.eExXinfa,\t\n\x80") + '\0';
+    static const std::string characters = std::string("[]][[ 0123456789+-.eExXinfa,\t\n\x80") + '\0';
     static const std::array<const char *, 16> counts{"",
                                                      "-1",
                                                      "-5",
@@ -217,17 +217,17 @@ void RandomText::injure(std::string &line)
                                                      "0x"};
     const auto anyPlace = [&] { return static_cast<std::size_t>(below(static_cast<int>(line.size()) + 1)); };
     const auto length = [&] { return static_cast<std::size_t>(oneIn(4) ? below(60) : below(4)); };
-    const char letter = letters[static_cast<std::size_t>(below(static_cast<int>(letters.size())))];
+    const char character = characters[static_cast<std::size_t>(below(static_cast<int>(characters.size())))];
     switch (below(8)) {
     case 0:
         line.erase(anyPlace(), length());
         break;
     case 1:
-        line.insert(anyPlace(), 1, letter);
+        line.insert(anyPlace(), 1, character);
         break;
     case 2:
         if (!line.empty())
-            line[static_cast<std::size_t>(below(static_cast<int>(line.size())))] = letter;
+            line[static_cast<std::size_t>(below(static_cast<int>(line.size())))] = character;
         break;
     case 3: {
         const std::string part = line.substr(anyPlace(), length());

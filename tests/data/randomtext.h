@@ -27,7 +27,7 @@ public:
     std::string nearFloatMidpoint();
     /// An integer, decimal, hexadecimal or octal, small ones most of all.
     std::string integer();
-    /// Up to \a maxLength letters of what numbers are made of, in any order.
+    /// Up to \a maxLength characters of what numbers are made of, in any order.
     std::string numberSoup(int maxLength);
     /// A line of type \a tag that reads without a fault, with up to \a maxItems bodies or markers.
     std::string goodLine(const std::string &tag, int maxItems);

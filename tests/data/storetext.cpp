@@ -40,13 +40,13 @@ QByteArray markersText(const TrackingData &data)
     return markers.join("; ");
 }
 
-LineFate receiveCopy(TrackingData &data, const char *tag, const QByteArray &line)
+LineOutcome receiveCopy(TrackingData &data, const char *tag, const QByteArray &line)
 {
     QByteArray copy(line.constData(), line.size());
-    const LineFate fate = data.receive(tag, copy.data());
+    const LineOutcome outcome = data.receive(tag, copy.data());
     if (copy != line)
         throw std::logic_error("the line was changed");
     if (!std::unique_lock(data.dataMutex, std::try_to_lock).owns_lock())
         throw std::logic_error("the lock is still held");
-    return fate;
+    return outcome;
 }

@@ -13,4 +13,4 @@ QByteArray markersText(const TrackingData &data);
 
 /// Passes a copy of \a line to \a data. Throws std::logic_error if the copy is not as it was afterwards, or if the
 /// lock is not free.
-LineFate receiveCopy(TrackingData &data, const char *tag, const QByteArray &line);
+LineOutcome receiveCopy(TrackingData &data, const char *tag, const QByteArray &line);

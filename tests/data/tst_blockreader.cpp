@@ -40,7 +40,7 @@ void BlockReaderTest::readsOneBlock_data()
         QTest::newRow(name) << QByteArray(text) << QByteArray(format) << end << ints << floats;
     };
     row("an integer and a float", "[3 0.5]", "if", 7, {3}, {0.5F});
-    row("letters take from two arrays in turn", "[1 0.5 2 1.5]", "ifif", 13, {1, 2}, {0.5F, 1.5F});
+    row("characters take from two arrays in turn", "[1 0.5 2 1.5]", "ifif", 13, {1, 2}, {0.5F, 1.5F});
     row("text before the block is skipped", "a] 9 ) [3]", "i", 10, {3}, {});
     row("text behind the block stays unread", "[3] [4]", "i", 3, {3}, {});
     row("numbers left over are skipped", "[1 0.5 7] x", "if", 9, {1}, {0.5F});
@@ -64,10 +64,10 @@ void BlockReaderTest::readsOneBlock_data()
     row("the first closing bracket closes", "[1 [2] 3]", "i", 6, {1}, {});
     row("the first opening bracket opens", "[[1 2]", "i", -1, {}, {});
     row("an inner bracket is no number", "[1 [2]]", "ii", -1, {1}, {});
-    row("another letter fails, what came before stays", "[1 2]", "ix", -1, {1}, {});
-    row("another letter fails at once", "[1 2]", "di", -1, {}, {});
-    row("a capital letter is another letter", "[1 2]", "Ii", -1, {}, {});
-    row("a blank in the format is another letter", "[1 2]", "i i", -1, {1}, {});
+    row("another character fails, what came before stays", "[1 2]", "ix", -1, {1}, {});
+    row("another character fails at once", "[1 2]", "di", -1, {}, {});
+    row("a capital letter is another character", "[1 2]", "Ii", -1, {}, {});
+    row("a blank in the format is another character", "[1 2]", "i i", -1, {1}, {});
     row("hexadecimal and octal integers", "[0x1F 010]", "ii", 10, {31, 8}, {});
     row("08 is a zero, then an eight", "[08]", "ii", 4, {0, 8}, {});
     row("numbers need no blank between them", "[1-2+3]", "iif", 7, {1, -2}, {3});

@@ -27,7 +27,7 @@ Bytes zeroTerminated(const std::string &line)
 struct Pair {
     TrackingData data;
     ReferenceReader reference;
-    std::optional<LineFate> fate; ///< of the last line; none if it threw
+    std::optional<LineOutcome> outcome; ///< of the last line; none if it threw
 
     void setFormat(bool inertial)
     {
@@ -59,8 +59,8 @@ struct Pair {
     }
 };
 
-/// The fate of the line, or none if it threw.
-template<typename Reader> std::optional<LineFate> fateOf(const Reader &read)
+/// The outcome of the line, or none if it threw.
+template<typename Reader> std::optional<LineOutcome> outcomeOf(const Reader &read)
 {
     try {
         return read();
@@ -74,15 +74,15 @@ QByteArray disagreement(Pair &pair, const std::string &tag, const std::string &l
 {
     Bytes bytes = zeroTerminated(line);
     const Bytes before = bytes;
-    pair.fate = fateOf([&] { return pair.data.receive(tag.c_str(), bytes.data()); });
-    const std::optional<LineFate> expected = fateOf([&] { return pair.reference.receive(tag, line); });
+    pair.outcome = outcomeOf([&] { return pair.data.receive(tag.c_str(), bytes.data()); });
+    const std::optional<LineOutcome> expected = outcomeOf([&] { return pair.reference.receive(tag, line); });
     if (bytes != before)
         return "the line was changed";
     if (!std::unique_lock(pair.data.dataMutex, std::try_to_lock).owns_lock())
         return "the lock is still held";
-    if (pair.fate != expected) {
-        return "the fate is " + QByteArray::number(pair.fate ? static_cast<int>(*pair.fate) : -1) + " instead of "
-            + QByteArray::number(expected ? static_cast<int>(*expected) : -1);
+    if (pair.outcome != expected) {
+        return "the outcome is " + QByteArray::number(pair.outcome ? static_cast<int>(*pair.outcome) : -1)
+            + " instead of " + QByteArray::number(expected ? static_cast<int>(*expected) : -1);
     }
     if (pair.data.configured != pair.reference.configured)
         return "configured";
@@ -123,17 +123,17 @@ void LineFuzzTest::theReferenceReadsByTheRules()
 {
     ReferenceReader reader;
     reader.configured = true;
-    QCOMPARE(reader.receive("6d", "6d 2 [7 0.5] [1 2 3 4 5 6] [1 2 3 4 5 6 7 8 9]"), LineFate::Malformed);
+    QCOMPARE(reader.receive("6d", "6d 2 [7 0.5] [1 2 3 4 5 6] [1 2 3 4 5 6 7 8 9]"), LineOutcome::Malformed);
     QCOMPARE(reader.bodies.size(), std::size_t(2));
     QCOMPARE(reader.bodies[0].id, 7);
     QCOMPARE(reader.bodies[0].angles, (std::array<float, 3>{4, 5, 6}));
     QCOMPARE(reader.bodies[1].id, 1);
     QCOMPARE(reader.bodies[1].quality, -1.0F);
-    QCOMPARE(reader.receive("6d", "6d 0"), LineFate::StoredFirstBodies);
+    QCOMPARE(reader.receive("6d", "6d 0"), LineOutcome::StoredFirstBodies);
     QVERIFY_EXCEPTION_THROWN(reader.receive("6d", "6d 1000001"), std::length_error);
-    QCOMPARE(reader.receive("3d", "3d 1 [7 0.5] [1 2 3]"), LineFate::Stored);
+    QCOMPARE(reader.receive("3d", "3d 1 [7 0.5] [1 2 3]"), LineOutcome::Stored);
     QCOMPARE(reader.markers.size(), std::size_t(1));
-    QCOMPARE(reader.receive("3d", "3d "), LineFate::Malformed);
+    QCOMPARE(reader.receive("3d", "3d "), LineOutcome::Malformed);
     QVERIFY(reader.markers.empty());
 }
 
@@ -150,10 +150,10 @@ void LineFuzzTest::agreesOnRandomLines()
     static const std::array<std::string, 4> tags{"6d", "6di", "3d", "6dx"};
     RandomText random(static_cast<quint64>(seed));
     Pair pair;
-    std::array<int, 6> fates{}; // one for each fate, the last for lines that threw
+    std::array<int, 6> outcomes{}; // one for each outcome, the last for lines that threw
     const auto check = [&](const std::string &tag, const std::string &line) {
         const QByteArray problem = disagreement(pair, tag, line);
-        ++fates[pair.fate ? static_cast<std::size_t>(*pair.fate) : 5];
+        ++outcomes[pair.outcome ? static_cast<std::size_t>(*pair.outcome) : 5];
         return problem.isEmpty() ? problem : report(problem, line);
     };
     for (int i = 0, count = sweepSize(10000, 250000); i < count; ++i) {
@@ -178,18 +178,18 @@ void LineFuzzTest::agreesOnRandomLines()
             const QByteArray problem = check(tag, line);
             QVERIFY2(problem.isEmpty(), problem.constData());
         }
-        const bool isRead =
-            pair.fate == LineFate::Stored || pair.fate == LineFate::StoredFirstBodies || pair.fate == LineFate::Ignored;
+        const bool isRead = pair.outcome == LineOutcome::Stored || pair.outcome == LineOutcome::StoredFirstBodies
+            || pair.outcome == LineOutcome::Ignored;
         QVERIFY2(isRead, report("a good line fails", good).constData());
     }
-    const auto countOf = [&fates](LineFate fate) { return fates[static_cast<std::size_t>(fate)]; };
-    QVERIFY(countOf(LineFate::Stored) > sweepSize(1000, 1000));
-    QVERIFY(countOf(LineFate::StoredFirstBodies) > sweepSize(1000, 1000));
-    QVERIFY(countOf(LineFate::Malformed) > sweepSize(1000, 1000));
-    QVERIFY(countOf(LineFate::Ignored) > sweepSize(1000, 1000));
-    QCOMPARE(countOf(LineFate::Dropped), 0);
-    QVERIFY2(fates[5] > sweepSize(10, 10), "Hardly a line asks for too many bodies.");
-    qInfo("%d lines, 0 differences", std::accumulate(fates.begin(), fates.end(), 0));
+    const auto countOf = [&outcomes](LineOutcome outcome) { return outcomes[static_cast<std::size_t>(outcome)]; };
+    QVERIFY(countOf(LineOutcome::Stored) > sweepSize(1000, 1000));
+    QVERIFY(countOf(LineOutcome::StoredFirstBodies) > sweepSize(1000, 1000));
+    QVERIFY(countOf(LineOutcome::Malformed) > sweepSize(1000, 1000));
+    QVERIFY(countOf(LineOutcome::Ignored) > sweepSize(1000, 1000));
+    QCOMPARE(countOf(LineOutcome::Dropped), 0);
+    QVERIFY2(outcomes[5] > sweepSize(10, 10), "Hardly a line asks for too many bodies.");
+    qInfo("%d lines, 0 differences", std::accumulate(outcomes.begin(), outcomes.end(), 0));
 }
 
 void LineFuzzTest::everyPrefixOfALine_data()

@@ -100,7 +100,7 @@ void NumberReaderTest::readsIntegers_data()
     QTest::newRow("09 is zero, ended by the 9") << QByteArray("09") << 0 << 1;
     QTest::newRow("0179 is octal 017") << QByteArray("0179") << 15 << 3;
     QTest::newRow("0x alone is zero, ended by the x") << QByteArray("0x") << 0 << 1;
-    QTest::newRow("0x before another letter is zero") << QByteArray("0xg") << 0 << 1;
+    QTest::newRow("0x before another character is zero") << QByteArray("0xg") << 0 << 1;
     QTest::newRow("0b is no prefix") << QByteArray("0b11") << 0 << 1;
     QTest::newRow("0b is no prefix after a sign") << QByteArray("+0b11") << 0 << 2;
     QTest::newRow("a point ends the number") << QByteArray("2.5") << 2 << 1;

@@ -8,7 +8,7 @@
 
 #include <mutex>
 
-Q_DECLARE_METATYPE(LineFate)
+Q_DECLARE_METATYPE(LineOutcome)
 
 namespace {
 
@@ -54,14 +54,14 @@ void TrackingDataTest::checkBodies(const char *tag, bool inertial)
 {
     QFETCH(const QByteArray, before);
     QFETCH(const QByteArray, line);
-    QFETCH(const LineFate, fate);
+    QFETCH(const LineOutcome, outcome);
     QFETCH(const QByteArray, bodies);
     TrackingData data;
     data.useInertialFormat = inertial;
-    QCOMPARE(receiveCopy(data, "3d", "3d 1 " MARKER("5")), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "3d", "3d 1 " MARKER("5")), LineOutcome::Stored);
     if (!before.isEmpty())
-        QCOMPARE(receiveCopy(data, tag, before), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, tag, line), fate);
+        QCOMPARE(receiveCopy(data, tag, before), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, tag, line), outcome);
     QCOMPARE(bodiesText(data), bodies);
     QCOMPARE(markersText(data), QByteArray(STORED_MARKER("5")));
     QVERIFY(!data.configured);
@@ -72,13 +72,14 @@ void TrackingDataTest::bodyLines_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<LineFate>("fate");
+    QTest::addColumn<LineOutcome>("outcome");
     QTest::addColumn<QByteArray>("bodies");
-    const auto row = [](const char *name, const char *before, const char *line, LineFate fate, const char *bodies) {
-        QTest::newRow(name) << QByteArray(before) << QByteArray(line) << fate << QByteArray(bodies);
+    const auto row = [](const char *name, const char *before, const char *line, LineOutcome outcome,
+                        const char *bodies) {
+        QTest::newRow(name) << QByteArray(before) << QByteArray(line) << outcome << QByteArray(bodies);
     };
-    const LineFate stored = LineFate::Stored;
-    const LineFate malformed = LineFate::Malformed;
+    const LineOutcome stored = LineOutcome::Stored;
+    const LineOutcome malformed = LineOutcome::Malformed;
     row("one body", "", "6d 1 " BODY("7"), stored, STORED_BODY("7"));
     row("two bodies in the order of the line", "", "6d 2 " BODY("9") BODY("4"), stored,
         STORED_BODY("9") "; " STORED_BODY("4"));
@@ -148,13 +149,14 @@ void TrackingDataTest::inertialLines_data()
 {
     QTest::addColumn<QByteArray>("before");
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<LineFate>("fate");
+    QTest::addColumn<LineOutcome>("outcome");
     QTest::addColumn<QByteArray>("bodies");
-    const auto row = [](const char *name, const char *before, const char *line, LineFate fate, const char *bodies) {
-        QTest::newRow(name) << QByteArray(before) << QByteArray(line) << fate << QByteArray(bodies);
+    const auto row = [](const char *name, const char *before, const char *line, LineOutcome outcome,
+                        const char *bodies) {
+        QTest::newRow(name) << QByteArray(before) << QByteArray(line) << outcome << QByteArray(bodies);
     };
-    const LineFate stored = LineFate::Stored;
-    const LineFate malformed = LineFate::Malformed;
+    const LineOutcome stored = LineOutcome::Stored;
+    const LineOutcome malformed = LineOutcome::Malformed;
     const char *const one = "6di 1 " INERTIAL_BODY("7", "3");
     row("one body", "", one, stored, STORED_INERTIAL("7", "3"));
     row("two bodies", "", "6di 2 " INERTIAL_BODY("7", "0") INERTIAL_BODY("8", "-1"), stored,
@@ -194,13 +196,13 @@ void TrackingDataTest::inertialLines()
 void TrackingDataTest::markerLines_data()
 {
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<LineFate>("fate");
+    QTest::addColumn<LineOutcome>("outcome");
     QTest::addColumn<QByteArray>("markers");
-    const auto row = [](const char *name, const char *line, LineFate fate, const char *markers) {
-        QTest::newRow(name) << QByteArray(line) << fate << QByteArray(markers);
+    const auto row = [](const char *name, const char *line, LineOutcome outcome, const char *markers) {
+        QTest::newRow(name) << QByteArray(line) << outcome << QByteArray(markers);
     };
-    const LineFate stored = LineFate::Stored;
-    const LineFate malformed = LineFate::Malformed;
+    const LineOutcome stored = LineOutcome::Stored;
+    const LineOutcome malformed = LineOutcome::Malformed;
     row("one marker of two", "3d 1 [9 1] [4 5 6]", stored, "9 1 | 4 5 6");
     row("three markers", "3d 3 " MARKER("1") MARKER("2") MARKER("3"), stored,
         STORED_MARKER("1") "; " STORED_MARKER("2") "; " STORED_MARKER("3"));
@@ -229,15 +231,15 @@ void TrackingDataTest::markerLines_data()
 void TrackingDataTest::markerLines()
 {
     QFETCH(const QByteArray, line);
-    QFETCH(const LineFate, fate);
+    QFETCH(const LineOutcome, outcome);
     QFETCH(const QByteArray, markers);
     for (const bool inertial : {false, true}) {
         TrackingData data;
-        QCOMPARE(receiveCopy(data, "6d", "6d 1 " BODY("5")), LineFate::Stored);
-        QCOMPARE(receiveCopy(data, "3d", "3d 2 " MARKER("71") MARKER("72")), LineFate::Stored);
+        QCOMPARE(receiveCopy(data, "6d", "6d 1 " BODY("5")), LineOutcome::Stored);
+        QCOMPARE(receiveCopy(data, "3d", "3d 2 " MARKER("71") MARKER("72")), LineOutcome::Stored);
         data.useInertialFormat = inertial;
         data.configured = true;
-        QCOMPARE(receiveCopy(data, "3d", line), fate);
+        QCOMPARE(receiveCopy(data, "3d", line), outcome);
         QCOMPARE(markersText(data), markers);
         QCOMPARE(bodiesText(data), QByteArray(STORED_BODY("5")));
         QVERIFY(data.configured);
@@ -248,19 +250,19 @@ void TrackingDataTest::tags_data()
 {
     QTest::addColumn<QByteArray>("tag");
     QTest::addColumn<bool>("inertial");
-    QTest::addColumn<LineFate>("fate");
+    QTest::addColumn<LineOutcome>("outcome");
     for (const bool inertial : {false, true}) {
-        const auto row = [inertial](const char *tag, LineFate fate) {
+        const auto row = [inertial](const char *tag, LineOutcome outcome) {
             const QString name = inertial ? QStringLiteral("\"%1\" in the inertial format")
                                           : QStringLiteral("\"%1\" in the plain format");
-            QTest::newRow(qPrintable(name.arg(QLatin1String(tag)))) << QByteArray(tag) << inertial << fate;
+            QTest::newRow(qPrintable(name.arg(QLatin1String(tag)))) << QByteArray(tag) << inertial << outcome;
         };
-        row("6d", inertial ? LineFate::Ignored : LineFate::Stored);
-        row("6di", inertial ? LineFate::Stored : LineFate::Ignored);
-        row("3d", LineFate::Stored);
+        row("6d", inertial ? LineOutcome::Ignored : LineOutcome::Stored);
+        row("6di", inertial ? LineOutcome::Stored : LineOutcome::Ignored);
+        row("3d", LineOutcome::Stored);
         for (const char *tag : {"",    "6", "6D", "6d ",  " 6d", "6d\n", "6d2", "6DI", "6di ", "6dix",
                                 "6dI", "3", "3D", "3d\n", "3di", "3dd",  "2d",  "3i",  "di",   "ts"})
-            row(tag, LineFate::Ignored);
+            row(tag, LineOutcome::Ignored);
     }
 }
 
@@ -268,14 +270,14 @@ void TrackingDataTest::tags()
 {
     QFETCH(const QByteArray, tag);
     QFETCH(const bool, inertial);
-    QFETCH(const LineFate, fate);
+    QFETCH(const LineOutcome, outcome);
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "6d", "6d 1 " BODY("5")), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "3d", "3d 1 " MARKER("5")), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", "6d 1 " BODY("5")), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "3d", "3d 1 " MARKER("5")), LineOutcome::Stored);
     data.useInertialFormat = inertial;
-    QCOMPARE(receiveCopy(data, tag.constData(), "xxx 0 "), fate);
+    QCOMPARE(receiveCopy(data, tag.constData(), "xxx 0 "), outcome);
     const bool isBodyTag = tag.startsWith("6d");
-    const bool emptied = fate == LineFate::Stored;
+    const bool emptied = outcome == LineOutcome::Stored;
     QCOMPARE(data.bodyRecords.empty(), emptied && isBodyTag);
     QCOMPARE(data.markerRecords.empty(), emptied && !isBodyTag);
 }
@@ -303,7 +305,7 @@ void TrackingDataTest::nothingIsReadBehindTheTerminator()
     data.useInertialFormat = tag == "6di";
     QByteArray text = line;
     text.append('\0').append(hidden).append("1 1 1");
-    QCOMPARE(receiveCopy(data, tag.constData(), text), LineFate::Malformed);
+    QCOMPARE(receiveCopy(data, tag.constData(), text), LineOutcome::Malformed);
     QVERIFY(data.bodyRecords.empty());
     QVERIFY(data.markerRecords.empty());
 }

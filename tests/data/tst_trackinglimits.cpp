@@ -60,13 +60,13 @@ void TrackingLimitsTest::firstBodiesAfterAConfiguration_data()
     QTest::addColumn<QByteArray>("tag");
     QTest::addColumn<bool>("inertial");
     QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<int>("fate");
-    const int first = static_cast<int>(LineFate::StoredFirstBodies);
-    const int stored = static_cast<int>(LineFate::Stored);
-    const int malformed = static_cast<int>(LineFate::Malformed);
-    const int ignored = static_cast<int>(LineFate::Ignored);
-    const auto row = [](const char *name, const char *tag, bool inertial, const QByteArray &line, int fate) {
-        QTest::newRow(name) << QByteArray(tag) << inertial << line << fate;
+    QTest::addColumn<int>("outcome");
+    const int first = static_cast<int>(LineOutcome::StoredFirstBodies);
+    const int stored = static_cast<int>(LineOutcome::Stored);
+    const int malformed = static_cast<int>(LineOutcome::Malformed);
+    const int ignored = static_cast<int>(LineOutcome::Ignored);
+    const auto row = [](const char *name, const char *tag, bool inertial, const QByteArray &line, int outcome) {
+        QTest::newRow(name) << QByteArray(tag) << inertial << line << outcome;
     };
     row("a body line is the first", "6d", false, oneBody, first);
     row("a line of no bodies is the first", "6d", false, "6d 0", first);
@@ -87,16 +87,16 @@ void TrackingLimitsTest::firstBodiesAfterAConfiguration()
     QFETCH(const QByteArray, tag);
     QFETCH(const bool, inertial);
     QFETCH(const QByteArray, line);
-    QFETCH(const int, fate);
+    QFETCH(const int, outcome);
     TrackingData data;
     QVERIFY(!data.configured);
     data.useInertialFormat = inertial;
     data.configured = true;
-    QCOMPARE(static_cast<int>(receiveCopy(data, tag.constData(), line)), fate);
-    const bool taken = fate == static_cast<int>(LineFate::StoredFirstBodies);
+    QCOMPARE(static_cast<int>(receiveCopy(data, tag.constData(), line)), outcome);
+    const bool taken = outcome == static_cast<int>(LineOutcome::StoredFirstBodies);
     QCOMPARE(data.configured.load(), !taken);
     if (taken)
-        QCOMPARE(receiveCopy(data, tag.constData(), line), LineFate::Stored);
+        QCOMPARE(receiveCopy(data, tag.constData(), line), LineOutcome::Stored);
 }
 
 void TrackingLimitsTest::sensorIsBack_data()
@@ -149,7 +149,7 @@ void TrackingLimitsTest::sensorRowsAreForgotten()
     data.addAbsentSensorRow(5);
     data.clearAbsentSensorRows();
     QVERIFY(data.absentSensorRows.isEmpty());
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
     QVERIFY(!data.sensorScheduleReset);
 }
 
@@ -158,13 +158,13 @@ void TrackingLimitsTest::resetStaysUntilTaken()
     TrackingData data;
     data.useInertialFormat = true;
     data.addAbsentSensorRow(5);
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 0)), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "6di", "6di 0"), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "6di", "6di"), LineFate::Malformed);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 0)), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "6di", "6di 0"), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "6di", "6di"), LineOutcome::Malformed);
     QVERIFY(data.sensorScheduleReset);
     QVERIFY(data.sensorScheduleReset.exchange(false));
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
     QVERIFY(data.sensorScheduleReset);
 }
 
@@ -172,14 +172,14 @@ void TrackingLimitsTest::atMost300Markers()
 {
     for (const int announced : {300, 301, 500, 2000000000}) {
         TrackingData data;
-        QCOMPARE(receiveCopy(data, "3d", manyMarkers(announced, 500)), LineFate::Stored);
+        QCOMPARE(receiveCopy(data, "3d", manyMarkers(announced, 500)), LineOutcome::Stored);
         QCOMPARE(data.markerRecords.size(), std::size_t(300));
         QCOMPARE(data.markerRecords.back()->id, 299);
     }
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "3d", manyMarkers(299, 500)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "3d", manyMarkers(299, 500)), LineOutcome::Stored);
     QCOMPARE(data.markerRecords.size(), std::size_t(299));
-    QCOMPARE(receiveCopy(data, "3d", manyMarkers(500, 299)), LineFate::Malformed);
+    QCOMPARE(receiveCopy(data, "3d", manyMarkers(500, 299)), LineOutcome::Malformed);
     QCOMPARE(data.markerRecords.size(), std::size_t(300));
     QCOMPARE(data.markerRecords.back()->quality, 0.0F);
 }
@@ -187,10 +187,10 @@ void TrackingLimitsTest::atMost300Markers()
 void TrackingLimitsTest::markersStayTheSameObjects()
 {
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "3d", manyMarkers(3, 3)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "3d", manyMarkers(3, 3)), LineOutcome::Stored);
     const MarkerRecord *const first = data.markerRecords.front().get();
-    QCOMPARE(receiveCopy(data, "3d", manyMarkers(200, 200)), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "3d", manyMarkers(1, 1)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "3d", manyMarkers(200, 200)), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "3d", manyMarkers(1, 1)), LineOutcome::Stored);
     QCOMPARE(data.markerRecords.size(), std::size_t(1));
     QCOMPARE(data.markerRecords.front().get(), first);
 }
@@ -198,13 +198,13 @@ void TrackingLimitsTest::markersStayTheSameObjects()
 void TrackingLimitsTest::reservedIsNotWritten()
 {
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
     QCOMPARE(data.bodyRecords.front().reserved, 0);
     data.bodyRecords.front().reserved = 123;
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
     data.useInertialFormat = true;
     data.bodyRecords.front().angles = {7, 8, 9};
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
     QCOMPARE(data.bodyRecords.front().reserved, 123);
     QCOMPARE(data.bodyRecords.front().angles, (std::array<float, 3>{7, 8, 9}));
 }
@@ -215,7 +215,7 @@ void TrackingLimitsTest::aMillionBodiesAndNoMore()
         const char *const tag = inertial ? "6di" : "6d";
         const QByteArray start = QByteArray(tag) + ' ';
         TrackingData data;
-        QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
+        QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
         const QByteArray before = bodiesText(data);
         data.useInertialFormat = inertial;
         data.configured = true;
@@ -228,11 +228,11 @@ void TrackingLimitsTest::aMillionBodiesAndNoMore()
             QCOMPARE(bodiesText(data), before);
             QVERIFY(data.configured);
         }
-        QCOMPARE(receiveCopy(data, tag, start + "1000000"), LineFate::Malformed);
+        QCOMPARE(receiveCopy(data, tag, start + "1000000"), LineOutcome::Malformed);
         QCOMPARE(data.bodyRecords.size(), std::size_t(1000000));
         QCOMPARE(data.bodyRecords.back().quality, -1.0F);
         QCOMPARE(data.bodyRecords.back().id, inertial ? 0 : 999999);
-        QCOMPARE(receiveCopy(data, tag, start + '0'), LineFate::StoredFirstBodies);
+        QCOMPARE(receiveCopy(data, tag, start + '0'), LineOutcome::StoredFirstBodies);
         QVERIFY(data.bodyRecords.empty());
     }
 }
@@ -254,8 +254,8 @@ void TrackingLimitsTest::heldLockDropsTheLine()
     QFETCH(const QByteArray, tag);
     QFETCH(const QByteArray, line);
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "3d", oneMarker), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "3d", oneMarker), LineOutcome::Stored);
     const QByteArray bodies = bodiesText(data);
     const QByteArray markers = markersText(data);
     data.addAbsentSensorRow(9);
@@ -264,17 +264,17 @@ void TrackingLimitsTest::heldLockDropsTheLine()
 
     QByteArray copy(line.constData(), line.size());
     std::unique_lock lock(data.dataMutex);
-    const LineFate fate =
+    const LineOutcome outcome =
         std::async(std::launch::async, [&] { return data.receive(tag.constData(), copy.data()); }).get();
     lock.unlock();
 
-    QCOMPARE(fate, LineFate::Dropped);
+    QCOMPARE(outcome, LineOutcome::Dropped);
     QCOMPARE(copy, line);
     QCOMPARE(bodiesText(data), bodies);
     QCOMPARE(markersText(data), markers);
     QVERIFY(data.configured);
     QVERIFY(!data.sensorScheduleReset);
-    QVERIFY(receiveCopy(data, tag.constData(), tag + " 0") != LineFate::Dropped);
+    QVERIFY(receiveCopy(data, tag.constData(), tag + " 0") != LineOutcome::Dropped);
 }
 
 void TrackingLimitsTest::clearEmptiesTheStores()
@@ -290,23 +290,23 @@ void TrackingLimitsTest::clearEmptiesTheStores()
     data.clear();
     QVERIFY(data.bodyRecords.empty());
     QVERIFY(data.markerRecords.empty());
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
 }
 
 void TrackingLimitsTest::countsTheLines()
 {
     TrackingData data;
     data.configured = true;
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::StoredFirstBodies);
-    QCOMPARE(receiveCopy(data, "6d", "6d 0"), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "3d", oneMarker), LineFate::Stored);
-    QCOMPARE(receiveCopy(data, "3d", "3d"), LineFate::Malformed);
-    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineFate::Ignored);
-    QCOMPARE(receiveCopy(data, "2d", oneMarker), LineFate::Ignored);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::StoredFirstBodies);
+    QCOMPARE(receiveCopy(data, "6d", "6d 0"), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "3d", oneMarker), LineOutcome::Stored);
+    QCOMPARE(receiveCopy(data, "3d", "3d"), LineOutcome::Malformed);
+    QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Ignored);
+    QCOMPARE(receiveCopy(data, "2d", oneMarker), LineOutcome::Ignored);
     {
         const std::lock_guard lock(data.dataMutex);
         QByteArray copy(oneMarker.constData(), oneMarker.size());
-        QCOMPARE(data.receive("3d", copy.data()), LineFate::Dropped);
+        QCOMPARE(data.receive("3d", copy.data()), LineOutcome::Dropped);
     }
     QCOMPARE(data.lineCounts.stored.load(), quint64(3));
     QCOMPARE(data.lineCounts.ignored.load(), quint64(2));
@@ -337,8 +337,8 @@ void TrackingLimitsTest::tenMegabytes()
     QFETCH(const QByteArray, line);
     QFETCH(const bool, isStored);
     TrackingData data;
-    QCOMPARE(receiveCopy(data, "6d", line), isStored ? LineFate::Stored : LineFate::Malformed);
-    QCOMPARE(receiveCopy(data, "6d", oneBody), LineFate::Stored);
+    QCOMPARE(receiveCopy(data, "6d", line), isStored ? LineOutcome::Stored : LineOutcome::Malformed);
+    QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
     QCOMPARE(bodiesText(data), QByteArray("7 0.5 2 0 | 1 2 3 | 4 5 6 | 1 2 3 4 5 6 7 8 9"));
 }
 

@@ -63,12 +63,12 @@ private:
             std::this_thread::yield();
         }
     }
-    void count(LineFate fate)
+    void count(LineOutcome outcome)
     {
-        stored += fate == LineFate::Stored;
-        firstBodies += fate == LineFate::StoredFirstBodies;
-        dropped += fate == LineFate::Dropped;
-        malformed += fate == LineFate::Malformed;
+        stored += outcome == LineOutcome::Stored;
+        firstBodies += outcome == LineOutcome::StoredFirstBodies;
+        dropped += outcome == LineOutcome::Dropped;
+        malformed += outcome == LineOutcome::Malformed;
     }
 
     std::atomic<bool> stop{false};

@@ -87,7 +87,7 @@ bool sameFloat(float one, float other)
 
 } // namespace
 
-LineFate ReferenceReader::receive(const std::string &tag, const std::string &line)
+LineOutcome ReferenceReader::receive(const std::string &tag, const std::string &line)
 {
     static thread_local std::string text; // kept, as an allocation costs more than most lines
     text.assign(line.c_str());
@@ -95,14 +95,14 @@ LineFate ReferenceReader::receive(const std::string &tag, const std::string &lin
         return receive6di(text);
     if (!useInertialFormat && tag == "6d")
         return receive6d(text);
-    return tag == "3d" ? receive3d(text) : LineFate::Ignored;
+    return tag == "3d" ? receive3d(text) : LineOutcome::Ignored;
 }
 
-LineFate ReferenceReader::receive6d(const std::string &line)
+LineOutcome ReferenceReader::receive6d(const std::string &line)
 {
     const std::optional<qint32> count = readCount(line, countPlace);
     if (!count)
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     resizeBodies(*count);
     for (std::size_t i = 0; i < bodies.size(); ++i) {
         bodies[i].id = static_cast<qint32>(i);
@@ -112,28 +112,28 @@ LineFate ReferenceReader::receive6d(const std::string &line)
     for (BodyRecord &body : bodies) {
         const Numbers head = readBlock(line, place, "if");
         if (!head.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         body.id = head.ints[0];
         body.quality = head.floats[0];
         body.state = 2;
         const Numbers pose = readBlock(line, place, "ffffff");
         if (!pose.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         std::copy_n(pose.floats.begin(), 3, body.position.begin());
         std::copy_n(pose.floats.begin() + 3, 3, body.angles.begin());
         const Numbers rotation = readBlock(line, place, "fffffffff");
         storeAll(rotation, body.rotation);
         if (!rotation.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
     return bodiesRead();
 }
 
-LineFate ReferenceReader::receive6di(const std::string &line)
+LineOutcome ReferenceReader::receive6di(const std::string &line)
 {
     const std::optional<qint32> count = readCount(line, inertialCountPlace);
     if (!count)
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     resizeBodies(*count);
     for (BodyRecord &body : bodies)
         body.quality = -1.0F;
@@ -142,7 +142,7 @@ LineFate ReferenceReader::receive6di(const std::string &line)
     for (BodyRecord &body : bodies) {
         const Numbers head = readBlock(line, place, "iif");
         if (!head.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         body.id = head.ints[0];
         body.state = head.ints[1];
         body.quality = head.floats[0];
@@ -153,22 +153,22 @@ LineFate ReferenceReader::receive6di(const std::string &line)
         const Numbers position = readBlock(line, place, "fff");
         storeAll(position, body.position);
         if (!position.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         const Numbers rotation = readBlock(line, place, "fffffffff");
         storeAll(rotation, body.rotation);
         if (!rotation.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
     sensorScheduleReset = sensorScheduleReset || sensorIsBack;
     return bodiesRead();
 }
 
-LineFate ReferenceReader::receive3d(const std::string &line)
+LineOutcome ReferenceReader::receive3d(const std::string &line)
 {
     const std::optional<qint32> count = readCount(line, countPlace);
     if (!count) {
         markers.clear();
-        return LineFate::Malformed;
+        return LineOutcome::Malformed;
     }
     markers.resize(std::min(maxMarkers, static_cast<std::size_t>(std::max(*count, 0))));
     std::size_t place = countPlace;
@@ -177,21 +177,21 @@ LineFate ReferenceReader::receive3d(const std::string &line)
         if (head.intCount > 0)
             marker.id = head.ints[0];
         if (!head.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
         marker.quality = head.floats[0];
         const Numbers position = readBlock(line, place, "fff");
         storeAll(position, marker.position);
         if (!position.complete)
-            return LineFate::Malformed;
+            return LineOutcome::Malformed;
     }
-    return LineFate::Stored;
+    return LineOutcome::Stored;
 }
 
-LineFate ReferenceReader::bodiesRead()
+LineOutcome ReferenceReader::bodiesRead()
 {
     const bool first = configured;
     configured = false;
-    return first ? LineFate::StoredFirstBodies : LineFate::Stored;
+    return first ? LineOutcome::StoredFirstBodies : LineOutcome::Stored;
 }
 
 void ReferenceReader::resizeBodies(qint32 count)

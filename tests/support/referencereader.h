@@ -13,7 +13,7 @@
 class ReferenceReader {
 public:
     /// Reads \a line, which ends at its first zero byte. Throws std::length_error for a count above one million.
-    LineFate receive(const std::string &tag, const std::string &line);
+    LineOutcome receive(const std::string &tag, const std::string &line);
 
     std::vector<BodyRecord> bodies;
     std::vector<MarkerRecord> markers;
@@ -23,10 +23,10 @@ public:
     bool sensorScheduleReset = false;
 
 private:
-    LineFate receive6d(const std::string &line);
-    LineFate receive6di(const std::string &line);
-    LineFate receive3d(const std::string &line);
-    LineFate bodiesRead();
+    LineOutcome receive6d(const std::string &line);
+    LineOutcome receive6di(const std::string &line);
+    LineOutcome receive3d(const std::string &line);
+    LineOutcome bodiesRead();
     void resizeBodies(qint32 count);
 };
 
