@@ -32,17 +32,13 @@ bool readNumbers(const char *text, const char *format, qint32 *ints, float *floa
 
 } // namespace
 
-char *parseBlock(char *text, const char *format, qint32 *ints, float *floats) noexcept
+const char *parseBlock(const char *text, const char *format, qint32 *ints, float *floats) noexcept
 {
-    char *const open = std::strchr(text, '[');
+    const char *const open = std::strchr(text, '[');
     if (!open)
         return nullptr;
-    char *const close = std::strchr(open + 1, ']');
+    const char *const close = std::strchr(open + 1, ']');
     if (!close)
         return nullptr;
-    // A number ends at the bracket whatever its reader thinks of brackets: strtod takes "nan(...)".
-    *close = '\0';
-    const bool complete = readNumbers(open + 1, format, ints, floats);
-    *close = ']';
-    return complete ? close + 1 : nullptr;
+    return readNumbers(open + 1, format, ints, floats) ? close + 1 : nullptr;
 }

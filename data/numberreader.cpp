@@ -5,6 +5,8 @@
 #include <clocale>
 #include <cstdint>
 #include <cstdlib>
+#include <cstring>
+#include <strings.h>
 
 namespace {
 
@@ -39,8 +41,21 @@ ReadNumber<qint32> readUnusualInteger(const char *text) noexcept
     return {static_cast<qint32>(static_cast<quint32>(value)), end};
 }
 
+/// Whether \a word is a "nan(" whose ")" does not come before the end or a ']'. What may stand between the parentheses
+/// is up to the C library, and some read whatever it is, on to a ")" behind the bracket.
+bool isOpenNan(const char *word) noexcept
+{
+    return strncasecmp_l(word, "nan(", 4, cLocale()) == 0 && word[std::strcspn(word, ")]")] != ')';
+}
+
 ReadNumber<float> readUnusualFloat(const char *text) noexcept
 {
+    const char *const sign = text + std::strspn(text, " \t\n\v\f\r");
+    const char *const word = sign + static_cast<int>(*sign == '+' || *sign == '-');
+    if (isOpenNan(word)) {
+        const double nan = strtod_l(*sign == '-' ? "-nan" : "nan", nullptr, cLocale());
+        return {static_cast<float>(nan), word + std::strlen("nan")};
+    }
     char *end = nullptr;
     const double value = strtod_l(text, &end, cLocale());
     if (end == text)

@@ -22,23 +22,23 @@ constexpr qint32 stateOf6dBodies = 2;
 
 struct Count {
     qint32 value;
-    char *end;
+    const char *end;
 };
 
 /// The count at \a place of the line; nothing where the line ends before it, or no digits stand there.
-std::optional<Count> readCount(char *line, std::size_t place)
+std::optional<Count> readCount(const char *line, std::size_t place)
 {
     if (::strnlen(line, place) < place)
         return std::nullopt;
     const ReadNumber<qint32> number = readInteger(line + place);
     if (!number.end)
         return std::nullopt;
-    return Count{number.value, line + (number.end - line)};
+    return Count{number.value, number.end};
 }
 
 } // namespace
 
-LineOutcome TrackingData::receive(const char *tag, char *line)
+LineOutcome TrackingData::receive(const char *tag, const char *line)
 {
     const LineOutcome outcome = parse(tag, line);
     if (outcome == LineOutcome::Stored || outcome == LineOutcome::StoredFirstBodies)
@@ -50,7 +50,7 @@ LineOutcome TrackingData::receive(const char *tag, char *line)
     return outcome;
 }
 
-LineOutcome TrackingData::parse(const char *tag, char *line)
+LineOutcome TrackingData::parse(const char *tag, const char *line)
 {
     if (std::strcmp(tag, "3d") == 0)
         return receive3d(line);
@@ -101,7 +101,7 @@ LineOutcome TrackingData::bodiesStored()
     return configured.exchange(false) ? LineOutcome::StoredFirstBodies : LineOutcome::Stored;
 }
 
-LineOutcome TrackingData::receive6d(char *line)
+LineOutcome TrackingData::receive6d(const char *line)
 {
     TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
@@ -116,7 +116,7 @@ LineOutcome TrackingData::receive6d(char *line)
         record.id = index++;
         record.quality = -1.0F;
     }
-    char *text = count->end;
+    const char *text = count->end;
     for (BodyRecord &record : bodyRecords) {
         qint32 id = 0;
         float quality = 0.0F;
@@ -142,7 +142,7 @@ LineOutcome TrackingData::receive6d(char *line)
     return bodiesStored();
 }
 
-LineOutcome TrackingData::receive6di(char *line)
+LineOutcome TrackingData::receive6di(const char *line)
 {
     TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
@@ -156,7 +156,7 @@ LineOutcome TrackingData::receive6di(char *line)
     for (BodyRecord &record : bodyRecords)
         record.quality = -1.0F;
     bool sensorIsBack = false;
-    char *text = count->end;
+    const char *text = count->end;
     for (BodyRecord &record : bodyRecords) {
         std::array<qint32, 2> idAndState{};
         float quality = 0.0F;
@@ -183,7 +183,7 @@ LineOutcome TrackingData::receive6di(char *line)
     return bodiesStored();
 }
 
-LineOutcome TrackingData::receive3d(char *line)
+LineOutcome TrackingData::receive3d(const char *line)
 {
     const TryLock lock(dataMutex, std::try_to_lock);
     if (!lock.owns_lock())
@@ -198,7 +198,7 @@ LineOutcome TrackingData::receive3d(char *line)
         markerRecords.push_back(std::make_unique<MarkerRecord>());
     markerRecords.resize(size);
 
-    char *text = count->end;
+    const char *text = count->end;
     for (const std::unique_ptr<MarkerRecord> &record : markerRecords) {
         text = parseBlock(text, "if", &record->id, &record->quality);
         if (!text)

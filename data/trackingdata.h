@@ -30,10 +30,10 @@ struct LineCounts {
 /// Everything that the host's data thread and the GUI thread share: the stores, their lock, and the flags.
 class TrackingData {
 public:
-    /// Reads one output line of type \a tag into its store, on the data thread. \a line is the caller's own copy,
-    /// zero-terminated; it is written to and restored. Never waits. Throws when a store can't grow to the count of
-    /// the line; the lock is free then, the bodies are as they were, and markers made by then stay.
-    LineOutcome receive(const char *tag, char *line);
+    /// Reads one output line of type \a tag into its store, on the data thread. \a line is zero-terminated, and nobody
+    /// writes to it meanwhile. Never waits. Throws when a store can't grow to the count of the line; the lock is free
+    /// then, the bodies are as they were, and markers made by then stay.
+    LineOutcome receive(const char *tag, const char *line);
 
     /// Empties both stores. GUI thread; waits for the lock.
     void clear();
@@ -57,10 +57,10 @@ public:
     std::atomic<bool> sensorScheduleReset{false}; ///< data thread sets: an absent sensor is back; GUI thread takes
 
 private:
-    LineOutcome parse(const char *tag, char *line);
+    LineOutcome parse(const char *tag, const char *line);
     LineOutcome bodiesStored();
-    LineOutcome receive6d(char *line);
-    LineOutcome receive6di(char *line);
-    LineOutcome receive3d(char *line);
+    LineOutcome receive6d(const char *line);
+    LineOutcome receive6di(const char *line);
+    LineOutcome receive3d(const char *line);
     void resizeBodies(qint32 count);
 };

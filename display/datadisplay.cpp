@@ -73,8 +73,9 @@ try {
         ++data.lineCounts.ignored;
         return 0;
     }
-    QByteArray copy(line);
-    const LineOutcome outcome = data.receive(tag, copy.data());
+    // Brackets are looked for before numbers are read: a host that writes to its buffer meanwhile must not move them.
+    const QByteArray copy(line);
+    const LineOutcome outcome = data.receive(tag, copy.constData());
     if (outcome == LineOutcome::StoredFirstBodies)
         announceBodies();
     return outcome == LineOutcome::Malformed ? -1 : 0;

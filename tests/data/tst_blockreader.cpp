@@ -80,7 +80,31 @@ void BlockReaderTest::readsOneBlock_data()
         {1, 100, 8, infinity, -infinity, 0.5F});
     row("1e is a one and a word", "[1e 2]", "ff", -1, {}, {1});
     row("integers are cut to 32 bits", "[4294967298 99999999999999999999]", "ii", 33, {2, -1}, {});
-    row("a nan's parentheses belong to it", "[nan(7) 2]", "fi", 10, {2}, {std::numeric_limits<float>::quiet_NaN()});
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    row("a nan's parentheses belong to it", "[nan(7) 2]", "fi", 10, {2}, {nan});
+    row("a nan's parenthesis behind the bracket does not", "[nan(7] 2)", "f", 7, {}, {nan});
+    row("an open nan ends before its parenthesis", "[nan(7] 2)", "ff", -1, {}, {nan});
+    row("an open nan in another block's parenthesis", "[ -NaN( 7][2)]", "f", 10, {}, {nan});
+    row("a nan with an odd character between its parentheses", "[nan(?) 1]", "ff", -1, {}, {nan});
+    row("a parenthesis behind another word", "[nano(] 2)", "f", 7, {}, {nan});
+    row("a bracket ends a nan", "[nan](7)", "f", 5, {}, {nan});
+    row("a bracket ends a half nan", "[na]n(7)", "f", -1, {}, {});
+    row("a bracket ends a sign", "[-]5", "f", -1, {}, {});
+    row("a bracket ends an integer's sign", "[-]5", "i", -1, {}, {});
+    row("a bracket ends a point", "[.]5", "f", -1, {}, {});
+    row("a bracket ends digits", "[12]34 [0.5]5", "i", 4, {12}, {});
+    row("a bracket ends decimals", "[1.]5", "f", 4, {}, {1});
+    row("a bracket ends many decimals", "[0.50000000000000000000]5", "f", 24, {}, {0.5F});
+    row("a bracket ends an exponent", "[1e]5", "f", 4, {}, {1});
+    row("a bracket ends an exponent's sign", "[1e+]5", "f", 5, {}, {1});
+    row("a bracket ends an exponent's digits", "[1e1]5", "f", 5, {}, {10});
+    row("a bracket ends the x of a float", "[0x]1", "f", 4, {}, {0});
+    row("a bracket ends the x of an integer", "[0x]1", "i", 4, {0}, {});
+    row("a bracket ends hexadecimal digits", "[0x1]f", "i", 5, {1}, {});
+    row("a bracket ends octal digits", "[01]7", "i", 4, {1}, {});
+    row("a bracket ends a hexadecimal float", "[0x1.]8p1", "f", 6, {}, {1});
+    row("a bracket ends a hexadecimal exponent", "[0x1p]3", "f", 6, {}, {1});
+    row("a bracket ends half an infinity", "[infin]ity", "f", 7, {}, {infinity});
 }
 
 void BlockReaderTest::readsOneBlock()
@@ -96,7 +120,7 @@ void BlockReaderTest::readsOneBlock()
     readInts.fill(unusedInt);
     std::array<float, 10> readFloats{};
     readFloats.fill(unusedFloat);
-    char *const start = line.data();
+    const char *const start = line.constData();
     const char *end = parseBlock(start, format.constData(), readInts.data(), readFloats.data());
     QCOMPARE(end ? static_cast<int>(end - start) : -1, endPlace);
     QCOMPARE(line, text);
@@ -116,8 +140,8 @@ void BlockReaderTest::readsBlockAfterBlock()
     QByteArray line("6d 2 [1 2]x[3 4] ] [5");
     const QByteArray before(line.constData());
     std::array<qint32, 2> ints{};
-    char *const start = line.data();
-    char *place = parseBlock(start + 2, "ii", ints.data(), nullptr);
+    const char *const start = line.constData();
+    const char *place = parseBlock(start + 2, "ii", ints.data(), nullptr);
     QCOMPARE(static_cast<int>(place - start), 10);
     QCOMPARE(ints, (std::array<qint32, 2>{1, 2}));
     place = parseBlock(place, "ii", ints.data(), nullptr);
@@ -132,7 +156,7 @@ void BlockReaderTest::storesNothingBehindTheLastValue()
 {
     QByteArray line("[1 2 3 4 5 6 7 8 9 10 11 12]");
     std::array<float, 4> floats{unusedFloat, unusedFloat, unusedFloat, unusedFloat};
-    QVERIFY(parseBlock(line.data(), "fff", nullptr, floats.data()));
+    QVERIFY(parseBlock(line.constData(), "fff", nullptr, floats.data()));
     QCOMPARE(floats, (std::array<float, 4>{1, 2, 3, unusedFloat}));
 }
 
@@ -141,7 +165,7 @@ void BlockReaderTest::readsAMegabyteBlock()
     QByteArray line = "[" + QByteArray(1000000, ' ') + "1" + QByteArray(1000000, ' ') + "2]";
     const QByteArray before(line.constData(), line.size());
     std::array<qint32, 2> ints{};
-    const char *end = parseBlock(line.data(), "ii", ints.data(), nullptr);
+    const char *end = parseBlock(line.constData(), "ii", ints.data(), nullptr);
     QCOMPARE(static_cast<int>(end - line.constData()), line.size());
     QCOMPARE(ints, (std::array<qint32, 2>{1, 2}));
     QCOMPARE(line, before);
