@@ -8,7 +8,6 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <mutex>
 
 namespace {
 
@@ -84,12 +83,12 @@ template<typename Numbers> char *readBlock(char *text, const char *format, qint3
     return complete ? close + 1 : nullptr;
 }
 
-template<typename Numbers> bool readBodies(TrackingData &data, char *text, std::size_t count, bool inertial)
+template<typename Numbers> bool readBodies(Stores &stores, char *text, std::size_t count, bool inertial)
 {
-    data.bodyRecords.resize(count);
-    for (BodyRecord &record : data.bodyRecords)
+    stores.bodyRecords.resize(count);
+    for (BodyRecord &record : stores.bodyRecords)
         record.quality = -1.0F;
-    for (BodyRecord &record : data.bodyRecords) {
+    for (BodyRecord &record : stores.bodyRecords) {
         qint32 idAndState[2] = {0, 2};
         float quality = 0.0F;
         text = readBlock<Numbers>(text, inertial ? "iif" : "if", idAndState, &quality);
@@ -111,12 +110,12 @@ template<typename Numbers> bool readBodies(TrackingData &data, char *text, std::
     return true;
 }
 
-template<typename Numbers> bool readMarkers(TrackingData &data, char *text, std::size_t count)
+template<typename Numbers> bool readMarkers(Stores &stores, char *text, std::size_t count)
 {
-    while (data.markerRecords.size() < count)
-        data.markerRecords.push_back(std::make_unique<MarkerRecord>());
-    data.markerRecords.resize(count);
-    for (const std::unique_ptr<MarkerRecord> &record : data.markerRecords) {
+    while (stores.markerRecords.size() < count)
+        stores.markerRecords.push_back(std::make_unique<MarkerRecord>());
+    stores.markerRecords.resize(count);
+    for (const std::unique_ptr<MarkerRecord> &record : stores.markerRecords) {
         text = readBlock<Numbers>(text, "if", &record->id, &record->quality);
         if (!text)
             return false;
@@ -130,14 +129,12 @@ template<typename Numbers> bool readMarkers(TrackingData &data, char *text, std:
 template<typename Numbers> bool readLine(TrackingData &data, const QByteArray &tag, const QByteArray &line)
 {
     QByteArray copy(line.constData());
-    const std::unique_lock lock(data.dataMutex, std::try_to_lock);
-    if (!lock.owns_lock())
-        return false;
+    const TrackingData::Locked stores = data.lock();
     char *text = nullptr;
     const long count = std::strtol(copy.data() + tag.size() + 1, &text, 0);
     if (tag == "3d")
-        return readMarkers<Numbers>(data, text, static_cast<std::size_t>(count));
-    return readBodies<Numbers>(data, text, static_cast<std::size_t>(count), tag == "6di");
+        return readMarkers<Numbers>(*stores, text, static_cast<std::size_t>(count));
+    return readBodies<Numbers>(*stores, text, static_cast<std::size_t>(count), tag == "6di");
 }
 
 } // namespace

@@ -9,7 +9,6 @@
 #include <QHeaderView>
 
 #include <algorithm>
-#include <mutex>
 
 namespace {
 
@@ -112,18 +111,18 @@ void NaiveTables::startTicks()
 
 void NaiveTables::updateView6d()
 {
-    const std::lock_guard lock(data.dataMutex);
+    const TrackingData::Locked stores = data.lock();
     for (int row = 0; row < tableWidget6d->rowCount(); ++row)
-        showBody(data.bodyRecords, row, [&](int column) { return tableWidget6d->item(row, column); });
+        showBody(stores->bodyRecords, row, [&](int column) { return tableWidget6d->item(row, column); });
 }
 
 void NaiveTables::updateView3d()
 {
-    const std::lock_guard lock(data.dataMutex);
-    tableWidget3d->setRowCount(static_cast<int>(data.markerRecords.size()));
+    const TrackingData::Locked stores = data.lock();
+    tableWidget3d->setRowCount(static_cast<int>(stores->markerRecords.size()));
     tableWidget3d->clearContents();
     int row = 0;
-    for (const std::unique_ptr<MarkerRecord> &record : data.markerRecords) {
+    for (const std::unique_ptr<MarkerRecord> &record : stores->markerRecords) {
         tableWidget3d->setItem(row, MarkerIdColumn,
                                newItem<QTableWidgetItem>(tr("%1").arg(record->id, 0, 10, QLatin1Char(' ')), centre));
         for (int i = 0; i < 3; ++i) {
@@ -164,18 +163,18 @@ QTableView *ModelTables::addView(QStandardItemModel &model, const QTableWidget &
 
 void ModelTables::updateView6d()
 {
-    const std::lock_guard lock(data.dataMutex);
+    const TrackingData::Locked stores = data.lock();
     for (int row = 0; row < bodies.rowCount(); ++row)
-        showBody(data.bodyRecords, row, [&](int column) { return bodies.item(row, column); });
+        showBody(stores->bodyRecords, row, [&](int column) { return bodies.item(row, column); });
 }
 
 void ModelTables::updateView3d()
 {
-    const std::lock_guard lock(data.dataMutex);
+    const TrackingData::Locked stores = data.lock();
     markers.setRowCount(0);
-    markers.setRowCount(static_cast<int>(data.markerRecords.size()));
+    markers.setRowCount(static_cast<int>(stores->markerRecords.size()));
     int row = 0;
-    for (const std::unique_ptr<MarkerRecord> &record : data.markerRecords) {
+    for (const std::unique_ptr<MarkerRecord> &record : stores->markerRecords) {
         markers.setItem(row, MarkerIdColumn, newItem<QStandardItem>(QString::number(record->id), centre));
         for (int i = 0; i < 3; ++i) {
             const float number = record->position[static_cast<std::size_t>(i)];

@@ -3,13 +3,15 @@
 #pragma once
 
 #include "data/datamutex.h"
-#include "data/records.h"
+#include "data/stores.h"
 
-#include <QVector>
+#include <QtGlobal>
 
 #include <atomic>
-#include <memory>
-#include <vector>
+#include <mutex>
+#include <optional>
+
+enum class LineFormat;
 
 /// What became of a line of output.
 enum class LineOutcome {
@@ -27,40 +29,53 @@ struct LineCounts {
     std::atomic<quint64> ignored{0};
 };
 
-/// Everything that the host's data thread and the GUI thread share: the stores, their lock, and the flags.
+/// Everything that the host's data thread and the GUI thread share: the stores behind their lock, and the flags.
+/// Not supported: frames other than the last one; telling a malformed frame, half of it new, from a whole one;
+/// locking twice in one thread, which waits for ever; lock() on the data thread, which would make the host wait.
 class TrackingData {
 public:
+    /// The stores, locked as long as this lives. To be held briefly, as lines are dropped meanwhile, and without a call
+    /// into the host, which has locks as well. No pointer into the stores stays valid after it.
+    class [[nodiscard]] Locked {
+    public:
+        Stores *operator->() const noexcept { return stores; }
+        Stores &operator*() const noexcept { return *stores; }
+
+    private:
+        friend class TrackingData;
+        Locked(std::unique_lock<DataMutex> heldLock, Stores &guarded) noexcept
+            : lock(std::move(heldLock))
+            , stores(&guarded)
+        {
+        }
+
+        std::unique_lock<DataMutex> lock;
+        Stores *stores;
+    };
+
+    /// Waits for the lock. GUI thread.
+    Locked lock();
+
     /// Reads one output line of type \a tag into its store, on the data thread. \a line is zero-terminated, and nobody
     /// writes to it meanwhile. Never waits. Throws when a store can't grow to the count of the line; the lock is free
     /// then, the bodies are as they were, and markers made by then stay.
     LineOutcome receive(const char *tag, const char *line);
 
-    /// Empties both stores. GUI thread; waits for the lock.
+    /// Empties the stores of bodies and markers. GUI thread; waits for the lock.
     void clear();
     /// Empties the body store. GUI thread; waits for the lock.
     void clearBodies();
-    /// Forgets the rows whose sensors are absent. GUI thread; waits for the lock.
-    void clearAbsentSensorRows();
-    /// Adds a row whose sensor is absent. GUI thread; waits for the lock.
-    void addAbsentSensorRow(qint32 row);
 
-    DataMutex dataMutex; ///< guards the members of the next group; nobody calls into the host while holding it
+    LineCounts lineCounts; ///< data thread writes, both read
 
-    std::vector<BodyRecord> bodyRecords;
-    std::vector<std::unique_ptr<MarkerRecord>> markerRecords;
-    QVector<qint32> absentSensorRows; ///< table rows whose inertial sensor is absent
-
-    LineCounts lineCounts; ///< data thread writes
-
-    std::atomic<bool> useInertialFormat{false}; ///< "6di" is read instead of "6d"; GUI thread writes
+    std::atomic<bool> useInertialFormat{false}; ///< "6di" is read instead of "6d"; GUI thread writes, both read
     std::atomic<bool> configured{false}; ///< GUI thread sets, data thread takes at the next 6DOF line
     std::atomic<bool> sensorScheduleReset{false}; ///< data thread sets: an absent sensor is back; GUI thread takes
 
 private:
-    LineOutcome parse(const char *tag, const char *line);
-    LineOutcome bodiesStored();
-    LineOutcome receive6d(const char *line);
-    LineOutcome receive6di(const char *line);
-    LineOutcome receive3d(const char *line);
-    void resizeBodies(qint32 count);
+    std::optional<LineFormat> formatOf(const char *tag) const;
+    LineOutcome store(const char *tag, const char *line);
+
+    DataMutex dataMutex; // both threads: the GUI thread waits for it, the data thread tries
+    Stores stores; // both threads, under dataMutex
 };

@@ -77,7 +77,7 @@ private:
     int rowsBuilt() const { return areRowsBuilt ? tableWidget6d->rowCount() : 0; }
     void redraw6d();
     CellRange redraw3d(const QString &idFormat);
-    void indexRecords();
+    void indexRecords(std::vector<BodyRecord> &records);
     void forgetShownRows() noexcept;
     void showInactive(int row);
     void showBody(int row);

@@ -20,7 +20,7 @@ void DataDisplay::timerUpdateInertialSensorInfo() noexcept
 
 void DataDisplay::updateInertialSensorInfo(bool first) noexcept
 try {
-    data.clearAbsentSensorRows();
+    data.lock()->absentSensorRows.clear();
     for (int row = headRows(); row < rowsBuilt(); ++row) {
         if (rowHasSensor.value(row - headRows()))
             pollSensor(row, first);
@@ -44,7 +44,7 @@ void DataDisplay::pollSensor(int row, bool first)
         return; // and the bars keep what they show
     }
     if (first || *present != "yes") {
-        data.addAbsentSensorRow(row);
+        data.lock()->absentSensorRows.append(row);
         showSensor(row, Qt::red, -1.0, -1.0, -1.0);
         return;
     }

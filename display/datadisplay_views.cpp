@@ -10,7 +10,6 @@
 #include <QScopeGuard>
 #include <QSignalBlocker>
 
-#include <mutex>
 #include <utility>
 
 namespace {
@@ -121,8 +120,8 @@ try {
 void DataDisplay::redraw6d()
 {
     const QSignalBlocker quiet(tableWidget6d->model()); // outlives the lock: nobody else's code runs under it
-    const std::lock_guard lock(data.dataMutex); // over the whole redraw, so that every row shows the same frame
-    indexRecords();
+    const TrackingData::Locked stores = data.lock(); // over the whole redraw, so that every row shows the same frame
+    indexRecords(stores->bodyRecords);
     if (cellChanges != knownCellChanges)
         forgetShownRows();
     const int rows = rowsBuilt();
@@ -137,13 +136,13 @@ void DataDisplay::redraw6d()
     }
 }
 
-void DataDisplay::indexRecords()
+void DataDisplay::indexRecords(std::vector<BodyRecord> &records)
 {
     const auto rows = static_cast<std::size_t>(tableWidget6d->rowCount());
     recordOfRow.assign(rows, nullptr);
     shownRows.resize(rows);
     // Backwards, so that of several records with one id the first is the one that stays.
-    for (auto record = data.bodyRecords.rbegin(); record != data.bodyRecords.rend(); ++record) {
+    for (auto record = records.rbegin(); record != records.rend(); ++record) {
         const auto row = static_cast<std::size_t>(record->id); // a negative id is beyond all rows
         if (row < rows)
             recordOfRow[row] = &*record;
@@ -232,14 +231,14 @@ try {
 
 CellRange DataDisplay::redraw3d(const QString &idFormat)
 {
-    const std::lock_guard lock(data.dataMutex);
-    const int rows = static_cast<int>(data.markerRecords.size());
+    const TrackingData::Locked stores = data.lock();
+    const int rows = static_cast<int>(stores->markerRecords.size());
     tableWidget3d->setRowCount(rows);
     tableWidget3d->clearContents();
     const QSignalBlocker quiet(tableWidget3d->model());
     CellRange changed;
     for (int row = 0; row < rows; ++row) {
-        const MarkerRecord &record = *data.markerRecords[static_cast<std::size_t>(row)];
+        const MarkerRecord &record = *stores->markerRecords[static_cast<std::size_t>(row)];
         tableWidget3d->setItem(row, MarkerIdColumn, new MarkerIdItem(idFormat, record.id));
         tableWidget3d->setItem(row, MarkerXColumn, new CoordinateItem(record.position[0]));
         tableWidget3d->setItem(row, MarkerYColumn, new CoordinateItem(record.position[1]));

@@ -3,6 +3,7 @@
 #include "fuzz/linetarget.h"
 
 #include "fuzz/fuzztarget.h"
+#include "tests/support/lockstate.h"
 #include "tests/support/referencereader.h"
 #include "tests/support/rivalnumbers.h"
 
@@ -11,7 +12,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,7 +52,7 @@ public:
     void start(const char *firstTag)
     {
         data.clear();
-        data.clearAbsentSensorRows();
+        data.lock()->absentSensorRows.clear();
         data.configured = false;
         data.sensorScheduleReset = false;
         data.useInertialFormat = false;
@@ -103,7 +103,7 @@ private:
             reference.markers.clear();
         } else if (!direction.empty() && direction[0] == 'a' && reference.absentSensorRows.size() < mostAbsentRows) {
             const qint32 row = rivalInteger(std::string(direction.substr(1)).c_str()).value;
-            data.addAbsentSensorRow(row);
+            data.lock()->absentSensorRows.append(row);
             reference.absentSensorRows.push_back(row);
         }
     }
@@ -129,7 +129,7 @@ private:
         const std::optional<LineOutcome> outcome = outcomeOf([&] { return data.receive(tag.c_str(), bytes.get()); });
         const std::optional<LineOutcome> expected = outcomeOf([&] { return reference.receive(tag, text); });
         require(std::memcmp(bytes.get(), text.c_str(), line.size() + 1) == 0, "the line was changed");
-        require(std::unique_lock(data.dataMutex, std::try_to_lock).owns_lock(), "the lock is still held");
+        require(isLockFree(data), "the lock is still held");
         require(outcome == expected, "the outcome of the line");
         require(data.configured == reference.configured, "the flag of a new configuration");
         require(data.sensorScheduleReset == reference.sensorScheduleReset, "the reset of the sensor schedule");
@@ -137,17 +137,19 @@ private:
         require(sameMarkers(), "the stored markers");
     }
 
-    bool sameBodies() const
+    bool sameBodies()
     {
-        const std::vector<BodyRecord> &bodies = data.bodyRecords;
+        const TrackingData::Locked stores = data.lock();
+        const std::vector<BodyRecord> &bodies = stores->bodyRecords;
         return bodies.size() == reference.bodies.size()
             && (bodies.empty()
                 || std::memcmp(bodies.data(), reference.bodies.data(), bodies.size() * sizeof(BodyRecord)) == 0);
     }
 
-    bool sameMarkers() const
+    bool sameMarkers()
     {
-        return std::equal(data.markerRecords.begin(), data.markerRecords.end(), reference.markers.begin(),
+        const TrackingData::Locked stores = data.lock();
+        return std::equal(stores->markerRecords.begin(), stores->markerRecords.end(), reference.markers.begin(),
                           reference.markers.end(),
                           [](const std::unique_ptr<MarkerRecord> &one, const MarkerRecord &other) {
                               return std::memcmp(one.get(), &other, sizeof other) == 0;

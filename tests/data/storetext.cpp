@@ -2,9 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "storetext.h"
 
+#include "tests/support/lockstate.h"
+
 #include <QByteArrayList>
 
-#include <mutex>
 #include <stdexcept>
 
 namespace {
@@ -19,10 +20,11 @@ template<std::size_t size> QByteArray joined(const std::array<float, size> &numb
 
 } // namespace
 
-QByteArray bodiesText(const TrackingData &data)
+QByteArray bodiesText(TrackingData &data)
 {
+    const TrackingData::Locked stores = data.lock();
     QByteArrayList bodies;
-    for (const BodyRecord &body : data.bodyRecords) {
+    for (const BodyRecord &body : stores->bodyRecords) {
         bodies += QByteArray::number(body.id) + ' ' + QByteArray::number(static_cast<double>(body.quality)) + ' '
             + QByteArray::number(body.state) + ' ' + QByteArray::number(body.reserved) + " | " + joined(body.position)
             + " | " + joined(body.angles) + " | " + joined(body.rotation);
@@ -30,10 +32,11 @@ QByteArray bodiesText(const TrackingData &data)
     return bodies.join("; ");
 }
 
-QByteArray markersText(const TrackingData &data)
+QByteArray markersText(TrackingData &data)
 {
+    const TrackingData::Locked stores = data.lock();
     QByteArrayList markers;
-    for (const std::unique_ptr<MarkerRecord> &marker : data.markerRecords) {
+    for (const std::unique_ptr<MarkerRecord> &marker : stores->markerRecords) {
         markers += QByteArray::number(marker->id) + ' ' + QByteArray::number(static_cast<double>(marker->quality))
             + " | " + joined(marker->position);
     }
@@ -46,7 +49,7 @@ LineOutcome receiveCopy(TrackingData &data, const char *tag, const QByteArray &l
     const LineOutcome outcome = data.receive(tag, copy.data());
     if (copy != line)
         throw std::logic_error("the line was changed");
-    if (!std::unique_lock(data.dataMutex, std::try_to_lock).owns_lock())
+    if (!isLockFree(data))
         throw std::logic_error("the lock is still held");
     return outcome;
 }

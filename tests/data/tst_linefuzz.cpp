@@ -3,12 +3,12 @@
 #include "data/trackingdata.h"
 
 #include "randomtext.h"
+#include "tests/support/lockstate.h"
 #include "tests/support/referencereader.h"
 
 #include <QtTest>
 
 #include <algorithm>
-#include <mutex>
 #include <numeric>
 #include <optional>
 
@@ -46,9 +46,9 @@ struct Pair {
     }
     void setAbsentRows(const std::vector<qint32> &rows)
     {
-        data.clearAbsentSensorRows();
+        data.lock()->absentSensorRows.clear();
         for (const qint32 row : rows)
-            data.addAbsentSensorRow(row);
+            data.lock()->absentSensorRows.append(row);
         reference.absentSensorRows = rows;
     }
     void clear()
@@ -78,7 +78,7 @@ QByteArray disagreement(Pair &pair, const std::string &tag, const std::string &l
     const std::optional<LineOutcome> expected = outcomeOf([&] { return pair.reference.receive(tag, line); });
     if (bytes != before)
         return "the line was changed";
-    if (!std::unique_lock(pair.data.dataMutex, std::try_to_lock).owns_lock())
+    if (!isLockFree(pair.data))
         return "the lock is still held";
     if (pair.outcome != expected) {
         return "the outcome is " + QByteArray::number(pair.outcome ? static_cast<int>(*pair.outcome) : -1)
@@ -88,14 +88,15 @@ QByteArray disagreement(Pair &pair, const std::string &tag, const std::string &l
         return "configured";
     if (pair.data.sensorScheduleReset != pair.reference.sensorScheduleReset)
         return "sensorScheduleReset";
+    const TrackingData::Locked stores = pair.data.lock();
     const bool sameBodies =
-        std::equal(pair.data.bodyRecords.begin(), pair.data.bodyRecords.end(), pair.reference.bodies.begin(),
+        std::equal(stores->bodyRecords.begin(), stores->bodyRecords.end(), pair.reference.bodies.begin(),
                    pair.reference.bodies.end(),
                    [](const BodyRecord &one, const BodyRecord &other) { return sameBits(one, other); });
     if (!sameBodies)
         return "the bodies";
     const bool sameMarkers = std::equal(
-        pair.data.markerRecords.begin(), pair.data.markerRecords.end(), pair.reference.markers.begin(),
+        stores->markerRecords.begin(), stores->markerRecords.end(), pair.reference.markers.begin(),
         pair.reference.markers.end(),
         [](const std::unique_ptr<MarkerRecord> &one, const MarkerRecord &other) { return sameBits(*one, other); });
     return sameMarkers ? QByteArray() : QByteArray("the markers");

@@ -6,8 +6,6 @@
 
 #include <QtTest>
 
-#include <mutex>
-
 Q_DECLARE_METATYPE(LineOutcome)
 
 namespace {
@@ -278,8 +276,8 @@ void TrackingDataTest::tags()
     QCOMPARE(receiveCopy(data, tag.constData(), "xxx 0 "), outcome);
     const bool isBodyTag = tag.startsWith("6d");
     const bool emptied = outcome == LineOutcome::Stored;
-    QCOMPARE(data.bodyRecords.empty(), emptied && isBodyTag);
-    QCOMPARE(data.markerRecords.empty(), emptied && !isBodyTag);
+    QCOMPARE(data.lock()->bodyRecords.empty(), emptied && isBodyTag);
+    QCOMPARE(data.lock()->markerRecords.empty(), emptied && !isBodyTag);
 }
 
 void TrackingDataTest::nothingIsReadBehindTheTerminator_data()
@@ -306,8 +304,8 @@ void TrackingDataTest::nothingIsReadBehindTheTerminator()
     QByteArray text = line;
     text.append('\0').append(hidden).append("1 1 1");
     QCOMPARE(receiveCopy(data, tag.constData(), text), LineOutcome::Malformed);
-    QVERIFY(data.bodyRecords.empty());
-    QVERIFY(data.markerRecords.empty());
+    QVERIFY(data.lock()->bodyRecords.empty());
+    QVERIFY(data.lock()->markerRecords.empty());
 }
 
 QTEST_APPLESS_MAIN(TrackingDataTest)

@@ -4,11 +4,11 @@
 
 #include "allocationcount.h"
 #include "storetext.h"
+#include "tests/support/lockstate.h"
 
 #include <QtTest>
 
 #include <future>
-#include <mutex>
 
 namespace {
 
@@ -136,19 +136,18 @@ void TrackingLimitsTest::sensorIsBack()
     QVERIFY(!data.sensorScheduleReset);
     data.useInertialFormat = true;
     for (const qint32 row : absentRows)
-        data.addAbsentSensorRow(row);
+        data.lock()->absentSensorRows.append(row);
     receiveCopy(data, "6di", line);
     QCOMPARE(data.sensorScheduleReset.load(), reset);
-    QCOMPARE(data.absentSensorRows, absentRows);
+    QCOMPARE(data.lock()->absentSensorRows, absentRows);
 }
 
 void TrackingLimitsTest::sensorRowsAreForgotten()
 {
     TrackingData data;
     data.useInertialFormat = true;
-    data.addAbsentSensorRow(5);
-    data.clearAbsentSensorRows();
-    QVERIFY(data.absentSensorRows.isEmpty());
+    data.lock()->absentSensorRows.append(5);
+    data.lock()->absentSensorRows.clear();
     QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
     QVERIFY(!data.sensorScheduleReset);
 }
@@ -157,7 +156,7 @@ void TrackingLimitsTest::resetStaysUntilTaken()
 {
     TrackingData data;
     data.useInertialFormat = true;
-    data.addAbsentSensorRow(5);
+    data.lock()->absentSensorRows.append(5);
     QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
     QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 0)), LineOutcome::Stored);
     QCOMPARE(receiveCopy(data, "6di", "6di 0"), LineOutcome::Stored);
@@ -173,40 +172,40 @@ void TrackingLimitsTest::atMost300Markers()
     for (const int announced : {300, 301, 500, 2000000000}) {
         TrackingData data;
         QCOMPARE(receiveCopy(data, "3d", manyMarkers(announced, 500)), LineOutcome::Stored);
-        QCOMPARE(data.markerRecords.size(), std::size_t(300));
-        QCOMPARE(data.markerRecords.back()->id, 299);
+        QCOMPARE(data.lock()->markerRecords.size(), std::size_t(300));
+        QCOMPARE(data.lock()->markerRecords.back()->id, 299);
     }
     TrackingData data;
     QCOMPARE(receiveCopy(data, "3d", manyMarkers(299, 500)), LineOutcome::Stored);
-    QCOMPARE(data.markerRecords.size(), std::size_t(299));
+    QCOMPARE(data.lock()->markerRecords.size(), std::size_t(299));
     QCOMPARE(receiveCopy(data, "3d", manyMarkers(500, 299)), LineOutcome::Malformed);
-    QCOMPARE(data.markerRecords.size(), std::size_t(300));
-    QCOMPARE(data.markerRecords.back()->quality, 0.0F);
+    QCOMPARE(data.lock()->markerRecords.size(), std::size_t(300));
+    QCOMPARE(data.lock()->markerRecords.back()->quality, 0.0F);
 }
 
 void TrackingLimitsTest::markersStayTheSameObjects()
 {
     TrackingData data;
     QCOMPARE(receiveCopy(data, "3d", manyMarkers(3, 3)), LineOutcome::Stored);
-    const MarkerRecord *const first = data.markerRecords.front().get();
+    const MarkerRecord *const first = data.lock()->markerRecords.front().get();
     QCOMPARE(receiveCopy(data, "3d", manyMarkers(200, 200)), LineOutcome::Stored);
     QCOMPARE(receiveCopy(data, "3d", manyMarkers(1, 1)), LineOutcome::Stored);
-    QCOMPARE(data.markerRecords.size(), std::size_t(1));
-    QCOMPARE(data.markerRecords.front().get(), first);
+    QCOMPARE(data.lock()->markerRecords.size(), std::size_t(1));
+    QCOMPARE(data.lock()->markerRecords.front().get(), first);
 }
 
 void TrackingLimitsTest::reservedIsNotWritten()
 {
     TrackingData data;
     QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
-    QCOMPARE(data.bodyRecords.front().reserved, 0);
-    data.bodyRecords.front().reserved = 123;
+    QCOMPARE(data.lock()->bodyRecords.front().reserved, 0);
+    data.lock()->bodyRecords.front().reserved = 123;
     QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
     data.useInertialFormat = true;
-    data.bodyRecords.front().angles = {7, 8, 9};
+    data.lock()->bodyRecords.front().angles = {7, 8, 9};
     QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Stored);
-    QCOMPARE(data.bodyRecords.front().reserved, 123);
-    QCOMPARE(data.bodyRecords.front().angles, (std::array<float, 3>{7, 8, 9}));
+    QCOMPARE(data.lock()->bodyRecords.front().reserved, 123);
+    QCOMPARE(data.lock()->bodyRecords.front().angles, (std::array<float, 3>{7, 8, 9}));
 }
 
 void TrackingLimitsTest::aMillionBodiesAndNoMore()
@@ -224,16 +223,16 @@ void TrackingLimitsTest::aMillionBodiesAndNoMore()
             const QByteArray lineBefore(line.constData(), line.size());
             QVERIFY_EXCEPTION_THROWN(data.receive(tag, line.data()), std::exception);
             QCOMPARE(line, lineBefore);
-            QVERIFY(std::unique_lock(data.dataMutex, std::try_to_lock).owns_lock());
+            QVERIFY(isLockFree(data));
             QCOMPARE(bodiesText(data), before);
             QVERIFY(data.configured);
         }
         QCOMPARE(receiveCopy(data, tag, start + "1000000"), LineOutcome::Malformed);
-        QCOMPARE(data.bodyRecords.size(), std::size_t(1000000));
-        QCOMPARE(data.bodyRecords.back().quality, -1.0F);
-        QCOMPARE(data.bodyRecords.back().id, inertial ? 0 : 999999);
+        QCOMPARE(data.lock()->bodyRecords.size(), std::size_t(1000000));
+        QCOMPARE(data.lock()->bodyRecords.back().quality, -1.0F);
+        QCOMPARE(data.lock()->bodyRecords.back().id, inertial ? 0 : 999999);
         QCOMPARE(receiveCopy(data, tag, start + '0'), LineOutcome::StoredFirstBodies);
-        QVERIFY(data.bodyRecords.empty());
+        QVERIFY(data.lock()->bodyRecords.empty());
     }
 }
 
@@ -258,15 +257,16 @@ void TrackingLimitsTest::heldLockDropsTheLine()
     QCOMPARE(receiveCopy(data, "3d", oneMarker), LineOutcome::Stored);
     const QByteArray bodies = bodiesText(data);
     const QByteArray markers = markersText(data);
-    data.addAbsentSensorRow(9);
+    data.lock()->absentSensorRows.append(9);
     data.useInertialFormat = tag == "6di";
     data.configured = true;
 
     QByteArray copy(line.constData(), line.size());
-    std::unique_lock lock(data.dataMutex);
-    const LineOutcome outcome =
-        std::async(std::launch::async, [&] { return data.receive(tag.constData(), copy.data()); }).get();
-    lock.unlock();
+    LineOutcome outcome = LineOutcome::Stored;
+    {
+        const TrackingData::Locked stores = data.lock();
+        outcome = std::async(std::launch::async, [&] { return data.receive(tag.constData(), copy.data()); }).get();
+    }
 
     QCOMPARE(outcome, LineOutcome::Dropped);
     QCOMPARE(copy, line);
@@ -283,13 +283,13 @@ void TrackingLimitsTest::clearEmptiesTheStores()
     receiveCopy(data, "6d", oneBody);
     receiveCopy(data, "3d", oneMarker);
     data.clearBodies();
-    QVERIFY(data.bodyRecords.empty());
-    QCOMPARE(data.markerRecords.size(), std::size_t(1));
+    QVERIFY(data.lock()->bodyRecords.empty());
+    QCOMPARE(data.lock()->markerRecords.size(), std::size_t(1));
     receiveCopy(data, "6d", oneBody);
-    QCOMPARE(data.bodyRecords.size(), std::size_t(1));
+    QCOMPARE(data.lock()->bodyRecords.size(), std::size_t(1));
     data.clear();
-    QVERIFY(data.bodyRecords.empty());
-    QVERIFY(data.markerRecords.empty());
+    QVERIFY(data.lock()->bodyRecords.empty());
+    QVERIFY(data.lock()->markerRecords.empty());
     QCOMPARE(receiveCopy(data, "6d", oneBody), LineOutcome::Stored);
 }
 
@@ -304,7 +304,7 @@ void TrackingLimitsTest::countsTheLines()
     QCOMPARE(receiveCopy(data, "6di", inertialLine(5, 1)), LineOutcome::Ignored);
     QCOMPARE(receiveCopy(data, "2d", oneMarker), LineOutcome::Ignored);
     {
-        const std::lock_guard lock(data.dataMutex);
+        const TrackingData::Locked stores = data.lock();
         QByteArray copy(oneMarker.constData(), oneMarker.size());
         QCOMPARE(data.receive("3d", copy.data()), LineOutcome::Dropped);
     }
@@ -364,7 +364,7 @@ void TrackingLimitsTest::nothingIsAllocatedForTheSameCount()
     const quint64 atStart = allocationCount();
     TrackingData data;
     data.useInertialFormat = tag == "6di";
-    data.addAbsentSensorRow(5);
+    data.lock()->absentSensorRows.append(5);
     QByteArray copy(line.constData(), line.size());
     data.receive(tag.constData(), copy.data());
     QVERIFY2(allocationCount() > atStart, "The allocations are not counted.");
