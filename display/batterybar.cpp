@@ -2,21 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
 
+#include "display/barlevel.h"
 #include "numbers/saturatedint.h"
 
 #include <algorithm>
 
 BatteryBar::BatteryBar(QWidget *parent)
-    : LevelBar(parent, "BatteryBar", 20)
+    : QProgressBar(parent)
 {
+    setRange(0, 100);
 }
 
 void BatteryBar::setValue(int _value)
 {
-    setLevel(_value);
+    setLevel(*this, barLevel(_value, QStringLiteral("BatteryBar"), 20));
 }
 
 void BatteryBar::setValue(double _value)
 {
-    setLevel(std::min(saturatedInt(_value * 100.0), 100));
+    setValue(std::min(saturatedInt(_value * 100.0), 100));
 }

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "display/levelbar.h"
+#include <QProgressBar>
 
-/// The battery charge of an inertial sensor [%].
-class BatteryBar : public LevelBar {
+/// The battery charge of an inertial sensor [%]. Setting a value never shows a hidden bar.
+class BatteryBar : public QProgressBar {
     Q_OBJECT
 
 public:

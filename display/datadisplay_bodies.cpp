@@ -267,10 +267,12 @@ void DataDisplay::buildInertialCells()
         auto *batteryBar = new BatteryBar;
         batteryBar->setValue(-1);
         tableWidget6d->setCellWidget(row, BatteryColumn, batteryBar);
+        tableWidget6d->setCellWidgetShown(row, BatteryColumn, false);
         auto *temperatureBar = new TemperatureBar;
         temperatureBar->setValue(-1);
         temperatureBar->setTemperature(0.0);
         tableWidget6d->setCellWidget(row, TemperatureColumn, temperatureBar);
+        tableWidget6d->setCellWidgetShown(row, TemperatureColumn, false);
         sensorItem->setText(sensor.split(QLatin1Char(' ')).value(2).remove(QLatin1Char('\'')));
     }
     for (const int column : {BatteryColumn, TemperatureColumn})

@@ -62,12 +62,12 @@ void DataDisplay::showSensor(int row, Qt::GlobalColor background, double battery
 {
     tableWidget6d->item(row, SensorColumn)->setBackground(QBrush(background));
     if (auto *bar = qobject_cast<BatteryBar *>(tableWidget6d->cellWidget(row, BatteryColumn))) {
-        bar->setShown(battery > 0.0 && !tableWidget6d->isColumnHidden(BatteryColumn));
+        tableWidget6d->setCellWidgetShown(row, BatteryColumn, battery > 0.0);
         if (battery > 0.0)
             bar->setValue(saturatedInt(battery * 100.0));
     }
     if (auto *bar = qobject_cast<TemperatureBar *>(tableWidget6d->cellWidget(row, TemperatureColumn))) {
-        bar->setShown(temperature > 0.0 && !tableWidget6d->isColumnHidden(TemperatureColumn));
+        tableWidget6d->setCellWidgetShown(row, TemperatureColumn, temperature > 0.0);
         if (temperature > 0.0) {
             bar->setTemperature(temperature);
             bar->setValue(std::floor(level * 100.0));

@@ -2,21 +2,23 @@
 // SPDX-License-Identifier: MIT
 #include "display/temperaturebar.h"
 
+#include "display/barlevel.h"
 #include "numbers/saturatedint.h"
 
 TemperatureBar::TemperatureBar(QWidget *parent)
-    : LevelBar(parent, "TemperatureBar", 95)
+    : QProgressBar(parent)
 {
+    setRange(0, 100);
 }
 
 void TemperatureBar::setValue(int _value)
 {
-    setLevel(_value);
+    setLevel(*this, barLevel(_value, QStringLiteral("TemperatureBar"), 95));
 }
 
 void TemperatureBar::setValue(double _value)
 {
-    setLevel(saturatedInt(_value));
+    setValue(saturatedInt(_value));
 }
 
 void TemperatureBar::setTemperature(double _temp)

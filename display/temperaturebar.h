@@ -2,10 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "display/levelbar.h"
+#include <QProgressBar>
 
-/// How far an inertial sensor has warmed up [%], with its temperature as text.
-class TemperatureBar : public LevelBar {
+/// How far an inertial sensor has warmed up [%], with its temperature as text. Setting a value never shows a hidden
+/// bar.
+class TemperatureBar : public QProgressBar {
     Q_OBJECT
 
 public:

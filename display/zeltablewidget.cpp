@@ -2,19 +2,33 @@
 // SPDX-License-Identifier: MIT
 #include "display/zeltablewidget.h"
 
+#include "channel/version.h"
 #include "display/columns.h"
 #include "filter/filterdialog.h"
-#include "channel/version.h"
 
 #include <QAction>
 #include <QCursor>
+#include <QGuiApplication>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
+#include <QVector>
 
 namespace {
 
 constexpr int filterColumnOfHandHelds = 22;
+
+// Qt's own record of whose wish a hidden widget is: its owner's, by hide(), or nobody's. A widget whose column is
+// hidden is of the second kind, so that a hide() of its owner still counts meanwhile.
+bool isHiddenByOwner(const QWidget &widget)
+{
+    return widget.isHidden() && widget.testAttribute(Qt::WA_WState_ExplicitShowHide);
+}
+
+void leaveHidingToTheView(QWidget &hidden)
+{
+    hidden.setAttribute(Qt::WA_WState_ExplicitShowHide, false);
+}
 
 } // namespace
 
@@ -28,6 +42,64 @@ ZelTableWidget::ZelTableWidget(QWidget *parent)
     // would let the host delete the menu before that.
     connect(filterAction, &QAction::triggered, this, &ZelTableWidget::displayFilterDlg, Qt::QueuedConnection);
     connect(this, &QTableWidget::cellPressed, this, &ZelTableWidget::onCellPressed);
+}
+
+void ZelTableWidget::setCellWidgetShown(int row, int column, bool shown)
+{
+    QWidget *const widget = cellWidget(row, column);
+    if (!widget)
+        return;
+    if (!shown) {
+        widget->hide();
+        return;
+    }
+    if (!widget->isHidden())
+        return;
+    const QModelIndex cell = model()->index(row, column);
+    QStyleOptionViewItem option = viewOptions();
+    option.rect = visualRect(cell);
+    if (!option.rect.isValid()) {
+        leaveHidingToTheView(*widget);
+        return;
+    }
+    // At its place at once: the view's layout may come only after the next painting.
+    itemDelegate(cell)->updateEditorGeometry(widget, option, cell);
+    widget->show();
+}
+
+void ZelTableWidget::deleteCellWidgets()
+{
+    // It may be the press of the mouse on such a widget that has led here, and Qt uses the widget after that.
+    const bool isMousePressed = QGuiApplication::mouseButtons() != Qt::NoButton;
+    for (int row = 0; row < rowCount(); ++row) {
+        for (int column = 0; column < columnCount(); ++column) {
+            const QPointer<QWidget> widget = cellWidget(row, column);
+            if (!widget)
+                continue;
+            removeCellWidget(row, column); // which deletes it in the event loop
+            if (isMousePressed)
+                widget->hide();
+            else
+                delete widget;
+        }
+    }
+}
+
+void ZelTableWidget::updateEditorGeometries()
+{
+    QVector<QPointer<QWidget>> hidden;
+    QVector<QPointer<QWidget>> others;
+    for (QWidget *const widget : viewport()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+        (isHiddenByOwner(*widget) ? hidden : others).append(widget);
+    QTableWidget::updateEditorGeometries();
+    for (const QPointer<QWidget> &guarded : hidden) {
+        if (QWidget *const widget = guarded)
+            widget->hide();
+    }
+    for (const QPointer<QWidget> &guarded : others) {
+        if (QWidget *const widget = guarded; widget && widget->isHidden())
+            leaveHidingToTheView(*widget);
+    }
 }
 
 void ZelTableWidget::onCellPressed(int row, int column)

@@ -27,6 +27,15 @@ public:
     /// Row 0 is the head target, so that rows and the backend's body numbers differ by one.
     void setHeadRowPresent(bool present) { headRowPresent = present; }
 
+    /// Shows or hides the widget in a cell, if there is one. A view shows its cell widgets when they are set and
+    /// whenever it lays them out; here a widget that was hidden, by this or by its own hide(), stays so in layouts. One
+    /// that is to be shown while its column is hidden is seen when the column is.
+    void setCellWidgetShown(int row, int column, bool shown);
+    /// Takes the widgets out of all cells and deletes them at once: left to the event loop, as the view does it, they
+    /// pile up where the host runs none. (They are while a mouse button is down.) Not to be called from an event
+    /// filter of such a widget.
+    void deleteCellWidgets();
+
 signals:
     /// The filter dialog of this table row was open.
     void updateFilterActiveStatus(int);
@@ -38,6 +47,7 @@ public slots:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void updateEditorGeometries() override;
 
 private:
     bool hasFilterMenu() const;

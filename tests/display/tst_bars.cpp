@@ -3,10 +3,10 @@
 
 #include "display/batterybar.h"
 #include "display/temperaturebar.h"
+#include "display/zeltablewidget.h"
 
 #include <QHeaderView>
 #include <QMetaMethod>
-#include <QTableWidget>
 #include <QtTest>
 
 #include <limits>
@@ -51,13 +51,14 @@ QByteArrayList ownMethods(const QMetaObject &type)
 /// A table on the screen with one bar in cell (0, 1).
 struct BarTable {
     explicit BarTable(QWidget *bar)
-        : table(2, 3)
     {
+        table.setRowCount(2);
+        table.setColumnCount(3);
         table.setCellWidget(0, 1, bar);
         table.show();
     }
 
-    QTableWidget table;
+    ZelTableWidget table;
 };
 
 } // namespace
@@ -83,6 +84,8 @@ private slots:
     void hiddenBarStaysHiddenInLayouts_data();
     void hiddenBarStaysHiddenInLayouts();
     void shownBarComesBack();
+    void othersShowTheBar_data();
+    void othersShowTheBar();
 };
 
 void TestBars::slotsAreInTheirOrder()
@@ -305,7 +308,7 @@ void TestBars::hiddenBarStaysHiddenInLayouts()
     QFETCH(const bool, isBattery);
     QWidget *const bar = isBattery ? static_cast<QWidget *>(new BatteryBar) : new TemperatureBar;
     BarTable holder(bar);
-    QTableWidget &table = holder.table;
+    ZelTableWidget &table = holder.table;
     QVERIFY(QMetaObject::invokeMethod(bar, "setValue", Q_ARG(int, -1)));
     QVERIFY(!bar->isVisible());
 
@@ -334,7 +337,7 @@ void TestBars::shownBarComesBack()
     auto *bar = new BatteryBar;
     BarTable holder(bar);
     bar->setValue(-1);
-    bar->setShown(true);
+    holder.table.setCellWidgetShown(0, 1, true);
     bar->setValue(30);
     QVERIFY(bar->isVisible());
     holder.table.setColumnHidden(1, true);
@@ -344,6 +347,34 @@ void TestBars::shownBarComesBack()
     QCoreApplication::processEvents();
     QVERIFY(bar->isVisible());
     QCOMPARE(bar->value(), 30);
+}
+
+void TestBars::othersShowTheBar_data()
+{
+    QTest::addColumn<bool>("isBattery");
+    QTest::addColumn<bool>("bySetVisible");
+    QTest::newRow("battery: show()") << true << false;
+    QTest::newRow("battery: setVisible(true)") << true << true;
+    QTest::newRow("temperature: show()") << false << false;
+    QTest::newRow("temperature: setVisible(true)") << false << true;
+}
+
+void TestBars::othersShowTheBar()
+{
+    QFETCH(const bool, isBattery);
+    QFETCH(const bool, bySetVisible);
+    QWidget *const bar = isBattery ? static_cast<QWidget *>(new BatteryBar) : new TemperatureBar;
+    BarTable holder(bar);
+    QVERIFY(QMetaObject::invokeMethod(bar, "setValue", Q_ARG(int, -1)));
+    QVERIFY(QMetaObject::invokeMethod(bar, "setValue", Q_ARG(int, 50)));
+    if (bySetVisible)
+        bar->setVisible(true);
+    else
+        bar->show();
+    QVERIFY(bar->isVisible());
+    holder.table.setColumnWidth(1, 150);
+    QCoreApplication::processEvents();
+    QVERIFY2(bar->isVisible(), "hidden by a layout");
 }
 
 QTEST_MAIN(TestBars)

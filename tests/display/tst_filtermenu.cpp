@@ -141,7 +141,7 @@ void TestFilterMenu::staysClosedOnACellThatIsNotEnabled()
     // Nor where the bar itself is under the mouse.
     auto *bar = qobject_cast<BatteryBar *>(fixture.table6d().cellWidget(1, BatteryColumn));
     QVERIFY(bar);
-    bar->setShown(true);
+    static_cast<ZelTableWidget &>(fixture.table6d()).setCellWidgetShown(1, BatteryColumn, true);
     bar->setValue(50);
     QVERIFY(menuOpensAt(fixture.table6d(), 0, FilterColumn));
     QVERIFY(!menuOpensAt(fixture.table6d(), 1, BatteryColumn));
