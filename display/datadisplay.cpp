@@ -37,6 +37,8 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
         + QStringLiteral("/config");
     loadPreferences();
 
+    viewTimer.setObjectName(QStringLiteral("viewTimer"));
+    sensorTimer.setObjectName(QStringLiteral("sensorTimer"));
     viewTimer.setInterval(viewInterval);
     sensorTimer.setInterval(firstSensorInterval);
     connect(&viewTimer, &QTimer::timeout, this, &DataDisplay::updateView6d);

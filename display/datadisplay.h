@@ -116,8 +116,8 @@ private:
     BackendVersions *versions = nullptr;
     IOManager *ioManager = nullptr;
     TrackingData data; ///< both threads, by its own rules
-    QTimer viewTimer;
-    QTimer sensorTimer;
+    QTimer viewTimer{this};
+    QTimer sensorTimer{this};
     std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
     std::vector<ShownRow> shownRows; ///< one per table row
     CellRange untold6d; ///< cells changed that the 6DOF table was not told of yet

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "tests/support/panelfixture.h"
-#include "tests/support/paneltimers.h"
 
 #include <QtTest>
 
@@ -78,7 +77,6 @@ class TestRebuilding : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void tableIsHiddenMeanwhile_data();
     void tableIsHiddenMeanwhile();
     void anyFailureIsSurvived_data();
@@ -94,15 +92,7 @@ private slots:
     void clearingStopsWhatItsConfigurationStarted();
     void timerDrawsBothTables();
     void linesArriveMeanwhile();
-
-private:
-    PanelTimers timers;
 };
-
-void TestRebuilding::initTestCase()
-{
-    QVERIFY(timers.learn());
-}
 
 void TestRebuilding::tableIsHiddenMeanwhile_data()
 {
@@ -341,15 +331,15 @@ void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
     QFETCH(const QString, command);
     QFETCH(const bool, stopped);
     FullBackend fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     if (!command.isEmpty())
         fixture.answer(command, QStringLiteral("none"));
     fixture.panel->configurationChanged();
-    QVERIFY(timers.sensorTimer(panel).isActive());
+    QVERIFY(fixture.sensorTimer().isActive());
     fixture.panel->clearData();
-    QVERIFY(!timers.viewTimer(panel).isActive());
+    QVERIFY(!fixture.viewTimer().isActive());
     // The polling is the configuration's that found the sensor: one that finds none takes no notice of it.
-    QCOMPARE(timers.sensorTimer(panel).isActive(), !stopped);
+    QCOMPARE(fixture.sensorTimer().isActive(), !stopped);
 }
 
 void TestRebuilding::timerDrawsBothTables()

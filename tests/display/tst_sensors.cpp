@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/support/paneltimers.h"
 #include "tests/support/sensorfixture.h"
 
 #include <QtTest>
@@ -37,7 +36,6 @@ class TestSensors : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void timersOfANewPanel();
     void firstPassShowsAllAsAbsent();
     void presentSensor();
@@ -55,26 +53,18 @@ private slots:
     void sensorNamesAreNoFormats();
     void timersOfAConfiguration();
     void warningForFixedAngles();
-
-private:
-    PanelTimers timers;
 };
-
-void TestSensors::initTestCase()
-{
-    QVERIFY(timers.learn());
-}
 
 void TestSensors::timersOfANewPanel()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createPanel();
-    QVERIFY(!timers.viewTimer(panel).isActive());
-    QVERIFY(!timers.sensorTimer(panel).isActive());
-    QCOMPARE(timers.viewTimer(panel).interval(), 200);
-    QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
-    QVERIFY(!timers.viewTimer(panel).isSingleShot());
-    QVERIFY(!timers.sensorTimer(panel).isSingleShot());
+    fixture.createPanel();
+    QVERIFY(!fixture.viewTimer().isActive());
+    QVERIFY(!fixture.sensorTimer().isActive());
+    QCOMPARE(fixture.viewTimer().interval(), 200);
+    QCOMPARE(fixture.sensorTimer().interval(), 1000);
+    QVERIFY(!fixture.viewTimer().isSingleShot());
+    QVERIFY(!fixture.sensorTimer().isSingleShot());
 }
 
 void TestSensors::firstPassShowsAllAsAbsent()
@@ -297,27 +287,27 @@ void TestSensors::sensorNamesAreNoFormats()
 void TestSensors::timersOfAConfiguration()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
-    QVERIFY(timers.viewTimer(panel).isActive());
-    QVERIFY(timers.sensorTimer(panel).isActive());
+    fixture.createConfiguredPanel();
+    QVERIFY(fixture.viewTimer().isActive());
+    QVERIFY(fixture.sensorTimer().isActive());
     fixture.panel->hide();
-    QVERIFY2(timers.viewTimer(panel).isActive(), "hiding stops no timer");
+    QVERIFY2(fixture.viewTimer().isActive(), "hiding stops no timer");
     fixture.panel->clearData();
-    QVERIFY(!timers.viewTimer(panel).isActive());
-    QVERIFY(!timers.sensorTimer(panel).isActive());
+    QVERIFY(!fixture.viewTimer().isActive());
+    QVERIFY(!fixture.sensorTimer().isActive());
 
     fixture.answer("inertial body_of_sensor d01", "none");
     fixture.panel->configurationChanged();
-    QVERIFY(timers.viewTimer(panel).isActive());
-    QCOMPARE(timers.viewTimer(panel).interval(), 200);
-    QVERIFY2(!timers.sensorTimer(panel).isActive(), "no sensor is on a body");
+    QVERIFY(fixture.viewTimer().isActive());
+    QCOMPARE(fixture.viewTimer().interval(), 200);
+    QVERIFY2(!fixture.sensorTimer().isActive(), "no sensor is on a body");
 
     // What isn't told to stop goes on: without sensors only the columns change.
     fixture.answer("inertial body_of_sensor d01", "standard b02");
     fixture.panel->configurationChanged();
     fixture.answer("inertial body_of_sensor d01", "none");
     fixture.panel->configurationChanged();
-    QVERIFY(timers.sensorTimer(panel).isActive());
+    QVERIFY(fixture.sensorTimer().isActive());
 }
 
 void TestSensors::warningForFixedAngles()

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/support/paneltimers.h"
 #include "tests/support/sensorfixture.h"
 
 #include <QtTest>
@@ -11,7 +10,6 @@ class TestSensorSchedule : public QObject {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
     void schedule();
     void returningSensorStartsTheScheduleOver();
     void sensorOfTheFirstPassStartsTheScheduleOver();
@@ -20,26 +18,18 @@ private slots:
     void sensorThatCannotBeAskedForIsNotAbsent();
     void otherLinesDoNotStartItOver_data();
     void otherLinesDoNotStartItOver();
-
-private:
-    PanelTimers timers;
 };
-
-void TestSensorSchedule::initTestCase()
-{
-    QVERIFY(timers.learn());
-}
 
 void TestSensorSchedule::schedule()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
-    QVERIFY(timers.sensorTimer(panel).isActive());
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.sensorTimer().interval(), 1000);
+    QVERIFY(fixture.sensorTimer().isActive());
     QList<int> intervals;
     for (int i = 0; i < 60; ++i) {
         fixture.tick();
-        intervals << timers.sensorTimer(panel).interval();
+        intervals << fixture.sensorTimer().interval();
     }
     QList<int> expected; // the first entry was for the pass of the configuration
     for (const auto &[count, interval] :
@@ -49,40 +39,40 @@ void TestSensorSchedule::schedule()
     }
     QCOMPARE(intervals, expected);
     fixture.panel->configurationChanged();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 1000);
+    QCOMPARE(fixture.sensorTimer().interval(), 1000);
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
+    QCOMPARE(fixture.sensorTimer().interval(), 2000);
 }
 
 void TestSensorSchedule::returningSensorStartsTheScheduleOver()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     fixture.answer("inertial sensor_present d01", "no");
     for (int i = 0; i < 40; ++i)
         fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
     QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "3", "1.0", "1 2 3")), 0); // row 1 is absent
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000); // not before the next pass
+    QCOMPARE(fixture.sensorTimer().interval(), 4000); // not before the next pass
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
+    QCOMPARE(fixture.sensorTimer().interval(), 2000);
     for (int i = 0; i < 29; ++i)
         fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000);
+    QCOMPARE(fixture.sensorTimer().interval(), 2000);
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
 }
 
 void TestSensorSchedule::sensorOfTheFirstPassStartsTheScheduleOver()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0); // present, but shown as absent
     for (int i = 0; i < 30; ++i)
         fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 2000); // without the line it would be 4000 by now
+    QCOMPARE(fixture.sensorTimer().interval(), 2000); // without the line it would be 4000 by now
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
 }
 
 void TestSensorSchedule::absentRowsCountTheHeadRow_data()
@@ -99,25 +89,25 @@ void TestSensorSchedule::absentRowsCountTheHeadRow()
     QFETCH(const int, interval);
     SensorFixture fixture;
     fixture.answerHead();
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     fixture.answer("inertial sensor_present d01", "no");
     for (int i = 0; i < 40; ++i)
         fixture.tick();
     QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(id, "1", "1.0", "1 2 3")), 0);
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), interval);
+    QCOMPARE(fixture.sensorTimer().interval(), interval);
 }
 
 void TestSensorSchedule::sensorThatCannotBeAskedForIsNotAbsent()
 {
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     fixture.refuse("inertial sensor_present d01");
     for (int i = 0; i < 40; ++i)
         fixture.tick();
     QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "1", "1.0", "1 2 3")), 0);
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
 }
 
 void TestSensorSchedule::otherLinesDoNotStartItOver_data()
@@ -135,14 +125,14 @@ void TestSensorSchedule::otherLinesDoNotStartItOver()
     QFETCH(const QByteArray, line);
     QFETCH(const bool, present);
     SensorFixture fixture;
-    const DataDisplay &panel = fixture.createConfiguredPanel();
+    fixture.createConfiguredPanel();
     fixture.answer(QStringLiteral("inertial sensor_present d01"),
                    present ? QStringLiteral("yes") : QStringLiteral("no"));
     for (int i = 0; i < 40; ++i)
         fixture.tick();
     fixture.send("6di", line);
     fixture.tick();
-    QCOMPARE(timers.sensorTimer(panel).interval(), 4000);
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
 }
 
 QTEST_MAIN(TestSensorSchedule)

@@ -39,9 +39,8 @@ void waitUntilPainted(QWidget &window)
 
 } // namespace
 
-SimulatedShift::SimulatedShift(const PanelTimers &knownTimers)
+SimulatedShift::SimulatedShift()
     : fixture(2, 0)
-    , timers(knownTimers)
 {
     ScriptedHost filters;
     scriptFilters(filters);
@@ -62,8 +61,8 @@ SimulatedShift::SimulatedShift(const PanelTimers &knownTimers)
 /// The panel's own clocks: time is simulated.
 bool SimulatedShift::eventFilter(QObject *receiver, QEvent *event)
 {
-    return event->type() == QEvent::Timer && fixture.panel
-        && (receiver == &timers.viewTimer(*fixture.panel) || receiver == &timers.sensorTimer(*fixture.panel));
+    return event->type() == QEvent::Timer && fixture.panel && receiver->parent() == fixture.panel.get()
+        && qobject_cast<QTimer *>(receiver);
 }
 
 void SimulatedShift::runHour()
@@ -174,7 +173,7 @@ void SimulatedShift::deliverFrames(qint64 first, int count)
 
 void SimulatedShift::redraw()
 {
-    if (!timers.viewTimer(*fixture.panel).isActive())
+    if (!fixture.viewTimer().isActive())
         return;
     fixture.panel->updateView6d();
     fixture.panel->updateView3d();
@@ -183,7 +182,7 @@ void SimulatedShift::redraw()
 
 void SimulatedShift::passOverSensors(int secondOfRound)
 {
-    const QTimer &timer = timers.sensorTimer(*fixture.panel);
+    const QTimer &timer = fixture.sensorTimer();
     if (!timer.isActive() || seconds * 1000 < nextSensorPass)
         return;
     fixture.answer(QStringLiteral("inertial sensor_battery d02"), QString::number(0.2 + 0.1 * (secondOfRound % 8)));

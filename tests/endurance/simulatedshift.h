@@ -4,7 +4,6 @@
 
 #include "tests/endurance/linethread.h"
 #include "tests/support/panelfixture.h"
-#include "tests/support/paneltimers.h"
 
 /// A panel in simulated time: its clocks do not tick by themselves, and each simulated second takes as long as its
 /// work. Every ten minutes the backend goes and comes back with fewer or more bodies, sensors are switched off and on,
@@ -14,8 +13,7 @@ class SimulatedShift : public QObject {
     Q_OBJECT
 
 public:
-    /// \a timers have learned already.
-    explicit SimulatedShift(const PanelTimers &timers);
+    SimulatedShift();
 
     /// Lets an hour pass. It ends with the same bodies, markers and settings each time, and nothing left to do.
     void runHour();
@@ -48,7 +46,6 @@ private:
     void rest();
     static void runEvents();
 
-    const PanelTimers timers;
     LineThread lines;
     qint64 growth = 0;
     int bodies = 0;

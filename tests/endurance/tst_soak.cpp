@@ -19,7 +19,7 @@ constexpr qint64 mostBytesPerDay = 64 * 1024; // with what Qt keeps of each filt
 struct Figures {
     int handles = 0;
     int timers = 0; ///< QTimer objects below the panel
-    int activeTimers = 0; ///< of the panel and of all below it
+    int activeTimers = 0; ///< of all objects below the panel
     int widgets = 0;
     int children = 0; ///< objects below the panel
 
@@ -39,7 +39,7 @@ struct Figures {
     }
 };
 
-Figures figuresOf(const DataDisplay &panel, const PanelTimers &timers)
+Figures figuresOf(const DataDisplay &panel)
 {
     Figures figures;
     const QObjectList children = panel.findChildren<QObject *>();
@@ -47,8 +47,6 @@ Figures figuresOf(const DataDisplay &panel, const PanelTimers &timers)
     figures.timers = panel.findChildren<QTimer *>().size();
     for (QObject *const child : children)
         figures.activeTimers += QAbstractEventDispatcher::instance()->registeredTimers(child).size();
-    for (const QTimer *const timer : {&timers.viewTimer(panel), &timers.sensorTimer(panel)})
-        figures.activeTimers += timer->isActive() ? 1 : 0;
     figures.widgets = QApplication::allWidgets().size();
     figures.children = children.size();
     return figures;
@@ -63,15 +61,11 @@ class TestSoak : public QObject {
 private slots:
     void initTestCase();
     void daysGoByWithoutATrace();
-
-private:
-    PanelTimers timers;
 };
 
 void TestSoak::initTestCase()
 {
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of the offscreen platform
-    QVERIFY(timers.learn());
 }
 
 /// In the first hour Qt fills its caches. After that no block is added, but where the filter dialog was open: Qt's
@@ -82,10 +76,10 @@ void TestSoak::daysGoByWithoutATrace()
 {
     const qint64 wanted = amount(1, 7 * hoursPerDay);
     const TimeLimit limit(20'000);
-    SimulatedShift shift(timers);
+    SimulatedShift shift;
     const DataDisplay &panel = *shift.fixture.panel;
     shift.runHour();
-    const Figures figures = figuresOf(panel, timers);
+    const Figures figures = figuresOf(panel);
     const HeapSnapshot start = HeapSnapshot::now();
     const qint64 startInUse = heapInUse();
 
@@ -95,7 +89,7 @@ void TestSoak::daysGoByWithoutATrace()
         shift.runHour();
         ++hours;
         end = HeapSnapshot::now();
-        const Figures now = figuresOf(panel, timers);
+        const Figures now = figuresOf(panel);
         QVERIFY2(now == figures, qPrintable(now.text() + QStringLiteral(" after ") + figures.text()));
         QVERIFY2(shift.growthWithoutFilter() <= 0, qPrintable(QString::number(shift.growthWithoutFilter())));
         QVERIFY2(end.bytes() - start.bytes() <= hours * mostBytesPerDay / hoursPerDay,

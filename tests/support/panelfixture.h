@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QTableWidget>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <memory>
 
@@ -41,6 +42,9 @@ public:
 
     QTableWidget &table6d() const { return *panel->findChild<QTableWidget *>(QStringLiteral("tableWidget6d")); }
     QTableWidget &table3d() const { return *panel->findChild<QTableWidget *>(QStringLiteral("tableWidget3d")); }
+    /// The panel's clock that redraws its tables, and the one that asks for its sensors.
+    const QTimer &viewTimer() const { return *panel->findChild<QTimer *>(QStringLiteral("viewTimer")); }
+    const QTimer &sensorTimer() const { return *panel->findChild<QTimer *>(QStringLiteral("sensorTimer")); }
     QString text(int row, int column) const;
     QBrush background(int row, int column) const { return table6d().item(row, column)->background(); }
     QBrush foreground(int row, int column) const { return table6d().item(row, column)->foreground(); }
