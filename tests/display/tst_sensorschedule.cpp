@@ -12,6 +12,7 @@ class TestSensorSchedule : public QObject {
 private slots:
     void schedule();
     void returningSensorStartsTheScheduleOver();
+    void returningSensorStartsAnEndedScheduleOver();
     void sensorOfTheFirstPassStartsTheScheduleOver();
     void absentRowsCountTheHeadRow_data();
     void absentRowsCountTheHeadRow();
@@ -59,6 +60,23 @@ void TestSensorSchedule::returningSensorStartsTheScheduleOver()
     for (int i = 0; i < 29; ++i)
         fixture.tick();
     QCOMPARE(fixture.sensorTimer().interval(), 2000);
+    fixture.tick();
+    QCOMPARE(fixture.sensorTimer().interval(), 4000);
+}
+
+void TestSensorSchedule::returningSensorStartsAnEndedScheduleOver()
+{
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.answer("inertial sensor_present d01", "no");
+    for (int i = 0; i < 100; ++i)
+        fixture.tick();
+    QCOMPARE(fixture.sensorTimer().interval(), 30000); // where a panel is after five minutes, for the rest of its weeks
+    QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(1, "3", "1.0", "1 2 3")), 0);
+    for (int i = 0; i < 30; ++i) {
+        fixture.tick();
+        QCOMPARE(fixture.sensorTimer().interval(), 2000);
+    }
     fixture.tick();
     QCOMPARE(fixture.sensorTimer().interval(), 4000);
 }

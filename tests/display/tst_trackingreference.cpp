@@ -15,6 +15,7 @@ private slots:
     void hostileReferences_data();
     void hostileReferences();
     void referenceMayGo();
+    void olderBackendHasNoReference();
 };
 
 void TestTrackingReference::rows_data()
@@ -99,6 +100,20 @@ void TestTrackingReference::referenceMayGo()
     QCOMPARE(PanelFixture::logs(fixture.reconfigure()), QStringList());
     QCOMPARE(fixture.text(0, NameColumn), QString());
     QCOMPARE(fixture.background(0, NameColumn), QBrush(Qt::transparent));
+}
+
+void TestTrackingReference::olderBackendHasNoReference()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("tracking reference", "standard b02");
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.background(1, NameColumn), QBrush(Qt::blue));
+    fixture.versions.backendMinor = 23;
+    QVERIFY(!fixture.reconfigure().contains(QStringLiteral("requestString tracking reference")));
+    fixture.panel->updateView6d();
+    QCOMPARE(fixture.background(1, NameColumn), QBrush(Qt::transparent));
+    QCOMPARE(fixture.text(1, NameColumn), QStringLiteral("Body 2"));
 }
 
 QTEST_MAIN(TestTrackingReference)
