@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
-#include "tests/support/panelfixture.h"
+#include "tests/display/fullbackend.h"
 
 #include <QtTest>
 
@@ -35,42 +35,6 @@ private:
     const ScriptedHost &host;
 };
 
-/// Every question there is has an answer, and the output has to be switched on.
-struct FullBackend : PanelFixture {
-    FullBackend()
-    {
-        answerBodies(3);
-        answerHead();
-        answerSensors({1, 3});
-        answer("inertial body_of_sensor d01", "none");
-        answer("tracking reference", "standard b02");
-        answer("output active chmon 6di", "no");
-    }
-
-    /// The backend after a restart: its output is off, and the k-th of the next questions and commands fails.
-    void restart(int failing = 0)
-    {
-        answer("output active chmon 6di", "no");
-        host.failCall = failing;
-    }
-
-    /// All that is seen in the table of bodies, and which of its columns.
-    QStringList everything() const
-    {
-        QStringList texts;
-        for (int row = 0; row < table6d().rowCount(); ++row) {
-            for (int column = 0; column < Column6dCount; ++column) {
-                const QTableWidgetItem *const item = table6d().item(row, column);
-                if (item)
-                    texts << item->text() + item->background().color().name(QColor::HexArgb) + item->whatsThis();
-            }
-        }
-        for (int column = 0; column < Column6dCount; ++column)
-            texts << (table6d().isColumnHidden(column) ? QStringLiteral("hidden") : QStringLiteral("shown"));
-        return texts;
-    }
-};
-
 } // namespace
 
 class TestRebuilding : public QObject {
@@ -86,10 +50,6 @@ private slots:
     void rowsComeAndGo();
     void ticksBetweenTheAnswersMeetWholeRows();
     void oldBackendLeavesTheSensorColumns();
-    void clearedPanel();
-    void clearedPanelWithoutConfiguration();
-    void clearingStopsWhatItsConfigurationStarted_data();
-    void clearingStopsWhatItsConfigurationStarted();
     void timerDrawsBothTables();
     void linesArriveMeanwhile();
 };
@@ -272,74 +232,6 @@ void TestRebuilding::oldBackendLeavesTheSensorColumns()
     fixture.takeCalls();
     fixture.panel->timerUpdateInertialSensorInfo();
     QCOMPARE(fixture.takeCalls(), QStringList());
-}
-
-void TestRebuilding::clearedPanel()
-{
-    FullBackend fixture;
-    fixture.createConfiguredPanel();
-    fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", "1 2 3"));
-    fixture.send("3d", "3d 1 [5 1.0][1 2 3]");
-    fixture.panel->updateView3d();
-    fixture.panel->clearData();
-    QCOMPARE(fixture.takeCalls(), QStringList());
-    QCOMPARE(fixture.table6d().rowCount(), 0);
-    QCOMPARE(fixture.table3d().rowCount(), 0);
-    QVERIFY(!fixture.table6d().isHidden());
-    fixture.panel->updateView6d();
-    fixture.panel->updateView3d();
-    QCOMPARE(fixture.table3d().rowCount(), 0);
-    fixture.panel->timerUpdateInertialSensorInfo();
-    QCOMPARE(fixture.takeCalls(), QStringList());
-
-    QSignalSpy firstBodies(fixture.panel.get(), &DataDisplay::shallUpdateView6d);
-    fixture.send("6di", "6di 0");
-    QCOMPARE(firstBodies.count(), 0); // the configuration's first bodies came before
-    fixture.panel->configurationChanged();
-    fixture.panel->clearData();
-    fixture.send("6di", "6di 0");
-    QCOMPARE(firstBodies.count(), 1); // clearing doesn't take back that there is a new configuration
-    fixture.panel->configurationChanged();
-    QCOMPARE(fixture.table6d().rowCount(), 4);
-    QCOMPARE(fixture.background(0, BodyIdColumn), QBrush(Qt::red)); // nothing of before is left
-}
-
-void TestRebuilding::clearedPanelWithoutConfiguration()
-{
-    PanelFixture fixture;
-    fixture.createPanel();
-    fixture.takeCalls();
-    fixture.panel->clearData();
-    fixture.panel->timerUpdateInertialSensorInfo();
-    fixture.panel->updateInertialSensorInfo(true);
-    fixture.panel->onUpdateFilterActiveStatus(0);
-    fixture.panel->updateView6d();
-    QCOMPARE(fixture.takeCalls(), QStringList());
-}
-
-void TestRebuilding::clearingStopsWhatItsConfigurationStarted_data()
-{
-    QTest::addColumn<QString>("command"); // of the last configuration before, answered with "none"
-    QTest::addColumn<bool>("stopped");
-    QTest::newRow("a sensor on a body") << "" << true;
-    QTest::newRow("sensors are no longer available") << "inertial available" << false;
-    QTest::newRow("no sensor is on a body any more") << "inertial body_of_sensor d02" << false;
-}
-
-void TestRebuilding::clearingStopsWhatItsConfigurationStarted()
-{
-    QFETCH(const QString, command);
-    QFETCH(const bool, stopped);
-    FullBackend fixture;
-    fixture.createConfiguredPanel();
-    if (!command.isEmpty())
-        fixture.answer(command, QStringLiteral("none"));
-    fixture.panel->configurationChanged();
-    QVERIFY(fixture.sensorTimer().isActive());
-    fixture.panel->clearData();
-    QVERIFY(!fixture.viewTimer().isActive());
-    // The polling is the configuration's that found the sensor: one that finds none takes no notice of it.
-    QCOMPARE(fixture.sensorTimer().isActive(), !stopped);
 }
 
 void TestRebuilding::timerDrawsBothTables()
