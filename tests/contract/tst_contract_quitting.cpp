@@ -1,62 +1,12 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/contract/guestsession.h"
+#include "tests/contract/windowedsession.h"
 
-#include <QAction>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
-
-namespace {
-
-/// A session whose main window can be deleted before the module is told anything, as when a host quits.
-struct QuittingSession : GuestSession {
-    std::unique_ptr<QMainWindow> mainWindow = std::make_unique<QMainWindow>();
-    void *record = nullptr; ///< of the entry
-
-    /// Loads the plug-in and docks its panel in the main window.
-    bool startInMainWindow(bool shown)
-    {
-        if (!load())
-            return false;
-        setProperties();
-        setProperty("ModuleParent", QVariant::fromValue(static_cast<QWidget *>(mainWindow.get())));
-        record = moduleEntries().value(0);
-        if (!record)
-            return false;
-        entry = MenuEntry::readFrom(record);
-        dock = qobject_cast<QDockWidget *>(entry.widget);
-        mainWindow->addDockWidget(Qt::LeftDockWidgetArea, dock);
-        if (shown)
-            mainWindow->show();
-        return true;
-    }
-
-    /// Does what \a step says: one call of the module, or a widget that is deleted.
-    void take(const QByteArray &step)
-    {
-        if (step == "window")
-            mainWindow.reset();
-        else if (step == "dock")
-            delete dock;
-        else if (step == "aboutToUnload")
-            callEntry<void>(module, AboutToUnload);
-        else if (step == "releaseWidgets")
-            callEntry<void>(module, ReleaseWidgets);
-        else
-            qFatal("There is no step %s", step.constData());
-    }
-
-    bool isEntryNull() const
-    {
-        const MenuEntry now = MenuEntry::readFrom(record);
-        return !now.widget && !now.action;
-    }
-};
-
-} // namespace
 
 /// Hosts that quit in an order of their own.
 class TestContractQuitting : public QObject {
@@ -106,7 +56,7 @@ void TestContractQuitting::anyOrder()
 {
     QFETCH(const QByteArrayList, steps);
     QFETCH(const bool, shown);
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(shown), qPrintable(session.loader.errorString()));
     session.configurationChanged();
     session.host.takeCalls();
@@ -144,7 +94,7 @@ void TestContractQuitting::windowTakesThePanelAlong()
     QFETCH(const QByteArray, deleted);
     QFETCH(const bool, shown);
     QFETCH(const QByteArrayList, calls);
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(shown), qPrintable(session.loader.errorString()));
     session.host.takeCalls();
     session.take(deleted);
@@ -154,7 +104,7 @@ void TestContractQuitting::windowTakesThePanelAlong()
 
 void TestContractQuitting::releaseAloneLeavesTheRequester()
 {
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(false), qPrintable(session.loader.errorString()));
     session.host.takeCalls();
     session.take("releaseWidgets");
@@ -165,7 +115,7 @@ void TestContractQuitting::releaseAloneLeavesTheRequester()
 
 void TestContractQuitting::panelThatMovedOutOfItsDock()
 {
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(false), qPrintable(session.loader.errorString()));
     auto elsewhere = std::make_unique<QWidget>(); // as of a host that shows the panel in a window of its own
     session.dock->widget()->setParent(elsewhere.get());
@@ -178,7 +128,7 @@ void TestContractQuitting::panelThatMovedOutOfItsDock()
 
 void TestContractQuitting::linesUntilItIsUnregistered()
 {
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(true), qPrintable(session.loader.errorString()));
     session.configurationChanged();
     int result = 1;
@@ -195,7 +145,7 @@ void TestContractQuitting::savesOnlyWhenTold()
     const QString file =
         home.path() + QStringLiteral("/.ZEL/VORNAK4/modules/datadisplay/v2.2.6/config/datadisplay-preferences.xml");
     QFile::remove(file);
-    QuittingSession session;
+    WindowedSession session;
     QVERIFY2(session.startInMainWindow(false), qPrintable(session.loader.errorString()));
     session.take("window");
     session.take("aboutToUnload");
