@@ -16,6 +16,8 @@ namespace {
 constexpr qint32 maxMarkers = 300;
 /// A ten-character count must not allocate gigabytes; larger ones are treated as out of memory.
 constexpr qint32 maxBodies = 1'000'000;
+/// Room for so many bodies is kept whatever the frame, so that frames of usual sizes allocate nothing as they vary.
+constexpr std::size_t keptRoom = 1000;
 constexpr qint32 stateOf6dBodies = 2;
 
 constexpr ParsedLine malformed{};
@@ -36,8 +38,11 @@ void resizeBodies(std::vector<BodyRecord> &bodies, qint32 count)
     if (count > maxBodies)
         throw std::bad_alloc();
     const auto size = static_cast<std::size_t>(std::max(count, 0));
-    if (bodies.size() != size)
-        bodies.resize(size);
+    if (bodies.size() == size)
+        return;
+    bodies.resize(size);
+    if (bodies.capacity() > keptRoom && bodies.capacity() / 4 > size)
+        bodies.shrink_to_fit(); // one frame with a wrong count must not cost its memory for good
 }
 
 ParsedLine parse6d(const char *line, std::vector<BodyRecord> &bodies)

@@ -57,12 +57,14 @@ LineOutcome TrackingData::store(const char *tag, const char *line)
 
 void TrackingData::clear()
 {
+    Stores old; // freed when the lock is gone
     const Locked locked = lock();
-    locked->bodyRecords.clear();
-    locked->markerRecords.clear();
+    locked->bodyRecords.swap(old.bodyRecords);
+    locked->markerRecords.swap(old.markerRecords);
 }
 
 void TrackingData::clearBodies()
 {
-    lock()->bodyRecords.clear();
+    std::vector<BodyRecord> old; // freed when the lock is gone
+    lock()->bodyRecords.swap(old);
 }

@@ -61,9 +61,9 @@ public:
     /// then, the bodies are as they were, and markers made by then stay.
     LineOutcome receive(const char *tag, const char *line);
 
-    /// Empties the stores of bodies and markers. GUI thread; waits for the lock.
+    /// Empties the stores of bodies and markers, and frees their memory. GUI thread; waits for the lock.
     void clear();
-    /// Empties the body store. GUI thread; waits for the lock.
+    /// Empties the body store, and frees its memory. GUI thread; waits for the lock.
     void clearBodies();
 
     LineCounts lineCounts; ///< data thread writes, both read
