@@ -32,7 +32,8 @@ constexpr double powersOfTen[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
 constexpr std::uint64_t largestExactDigits = 1'000'000'000'000'000;
 constexpr int mostDigits = 19; ///< that always fit in 64 bits
 
-ReadNumber<qint32> readUnusualInteger(const char *text) noexcept
+// Not inlined, so that the usual numbers save no registers for these.
+[[gnu::noinline, gnu::cold]] ReadNumber<qint32> readUnusualInteger(const char *text) noexcept
 {
     char *end = nullptr;
     const long value = strtol_l(text, &end, 0, cLocale());
@@ -48,7 +49,7 @@ bool isOpenNan(const char *word) noexcept
     return strncasecmp_l(word, "nan(", 4, cLocale()) == 0 && word[std::strcspn(word, ")]")] != ')';
 }
 
-ReadNumber<float> readUnusualFloat(const char *text) noexcept
+[[gnu::noinline, gnu::cold]] ReadNumber<float> readUnusualFloat(const char *text) noexcept
 {
     const char *const sign = text + std::strspn(text, " \t\n\v\f\r");
     const char *const word = sign + static_cast<int>(*sign == '+' || *sign == '-');
@@ -111,6 +112,6 @@ ReadNumber<float> readFloat(const char *text) noexcept
     if (!plainDecimal)
         return readUnusualFloat(text);
     // A table, not a branch: signs are as random as the data, and a mispredicted one costs as much as the digits.
-    constexpr double signs[] = {1.0, -1.0};
+    static constexpr double signs[] = {1.0, -1.0};
     return {static_cast<float>(static_cast<double>(value) / powersOfTen[decimals] * signs[negative]), p};
 }
