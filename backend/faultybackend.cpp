@@ -42,14 +42,14 @@ std::optional<FaultRule> parseFaultRule(const QString &text)
     return rule.pattern.isEmpty() ? std::nullopt : std::make_optional(rule);
 }
 
-FaultyBackend::FaultyBackend(std::unique_ptr<TrackingBackend> innerBackend, const QVector<FaultRule> &faultRules,
-                             std::chrono::milliseconds latencyTime, quint32 chanceSeed, Sleep sleepOrNone)
-    : inner(std::move(innerBackend))
-    , latency(latencyTime)
-    , seed(chanceSeed)
-    , sleep(sleepOrNone ? std::move(sleepOrNone) : sleepFor)
+FaultyBackend::FaultyBackend(std::unique_ptr<TrackingBackend> inner, const QVector<FaultRule> &faults,
+                             std::chrono::milliseconds latency, quint32 seed, Sleep sleep)
+    : inner(std::move(inner))
+    , latency(latency)
+    , seed(seed)
+    , sleep(sleep ? std::move(sleep) : sleepFor)
 {
-    for (const FaultRule &rule : faultRules)
+    for (const FaultRule &rule : faults)
         rules.push_back({expressionOf(rule.pattern), rule.rate, 0});
 }
 

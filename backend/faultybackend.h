@@ -30,7 +30,7 @@ public:
 
     /// A failing command does not reach \a inner. The same \a seed and the same sequence of texts fail alike.
     /// \a latency is waited for in each query and command, with \a sleep or else by putting the thread to sleep.
-    FaultyBackend(std::unique_ptr<TrackingBackend> inner, const QVector<FaultRule> &rules,
+    FaultyBackend(std::unique_ptr<TrackingBackend> inner, const QVector<FaultRule> &faults,
                   std::chrono::milliseconds latency, quint32 seed = 1, Sleep sleep = {});
 
     QString name() const override;

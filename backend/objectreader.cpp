@@ -29,10 +29,10 @@ QString rangeText(double low, double high)
 
 } // namespace
 
-ObjectReader::ObjectReader(QJsonObject jsonObject, QString objectPath, QString *errorText)
-    : object(std::move(jsonObject))
-    , path(std::move(objectPath))
-    , error(errorText)
+ObjectReader::ObjectReader(QJsonObject object, QString path, QString *error)
+    : object(std::move(object))
+    , path(std::move(path))
+    , error(error)
 {
 }
 

@@ -46,9 +46,9 @@ QVector<HeadTarget> readHeads(ObjectReader &reader, MotionReader &motions)
 
 } // namespace
 
-MotionReader::MotionReader(const QDir &trajectoryFolder, QStringList &warningTexts)
-    : folder(trajectoryFolder)
-    , warnings(warningTexts)
+MotionReader::MotionReader(const QDir &folder, QStringList &warnings)
+    : folder(folder)
+    , warnings(warnings)
 {
 }
 

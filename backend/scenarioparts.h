@@ -13,8 +13,8 @@ namespace backend {
 /// Reads motions, and each trajectory file that they name once.
 class MotionReader {
 public:
-    /// Files are looked for in \a trajectoryFolder. \a warningTexts outlives the reader.
-    MotionReader(const QDir &trajectoryFolder, QStringList &warningTexts);
+    /// Trajectory files are looked for in \a folder. \a warnings outlives the reader.
+    MotionReader(const QDir &folder, QStringList &warnings);
 
     /// The member "motion" of \a owner; at rest in the origin when it is not there.
     Motion read(ObjectReader &owner);

@@ -48,8 +48,8 @@ double frameStart(std::chrono::nanoseconds time, double rate)
 
 } // namespace
 
-SimulatedBackend::SimulatedBackend(Scenario scenario, std::optional<quint32> seed, Clock clockOrNone)
-    : clock(clockOrNone ? std::move(clockOrNone) : clockFromNow())
+SimulatedBackend::SimulatedBackend(Scenario scenario, std::optional<quint32> seed, Clock clock)
+    : clock(clock ? std::move(clock) : clockFromNow())
     , model(modelOf(std::move(scenario), seed))
 {
 }

@@ -6,7 +6,7 @@ option(VORNAK_WERROR "Treat warnings as errors" OFF)
 
 add_library(vornak_warnings INTERFACE)
 target_compile_options(vornak_warnings INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
+    -Wall -Wextra -Wpedantic $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -Wconversion -Wsign-conversion -Wnon-virtual-dtor -Woverloaded-virtual
     -Wcast-align -Wformat=2 -Wnull-dereference
     $<$<BOOL:${VORNAK_WERROR}>:-Werror>)
 target_compile_definitions(vornak_warnings INTERFACE

@@ -14,12 +14,11 @@
 
 namespace host {
 
-BackendMenu::BackendMenu(BackendSession &backendSession, HostLog &hostLog, BackendSettings backendSettings,
-                         QWidget *parent)
+BackendMenu::BackendMenu(BackendSession &session, HostLog &log, BackendSettings settings, QWidget *parent)
     : QMenu(tr("&Backend"), parent)
-    , session(backendSession)
-    , log(hostLog)
-    , settings(std::move(backendSettings))
+    , session(session)
+    , log(log)
+    , settings(std::move(settings))
 {
     setObjectName(QStringLiteral("backendMenu"));
     setToolTipsVisible(true);

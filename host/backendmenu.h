@@ -18,8 +18,7 @@ class BackendMenu : public QMenu {
     Q_OBJECT
 
 public:
-    BackendMenu(BackendSession &backendSession, HostLog &hostLog, BackendSettings backendSettings,
-                QWidget *parent = nullptr);
+    BackendMenu(BackendSession &session, HostLog &log, BackendSettings settings, QWidget *parent = nullptr);
 
     /// Ticks the scenario of \a choice in the menu.
     void showChoice(const BackendChoice &choice);

@@ -20,11 +20,11 @@ QString versionText(const backend::ProtocolVersion &version)
 
 } // namespace
 
-BackendSession::BackendSession(HostIOManager &manager, BackendVersions &record, HostLog &hostLog)
-    : ioManager(manager)
-    , versions(record)
-    , log(hostLog)
-    , output(manager.subscriptions())
+BackendSession::BackendSession(HostIOManager &ioManager, BackendVersions &versions, HostLog &log)
+    : ioManager(ioManager)
+    , versions(versions)
+    , log(log)
+    , output(ioManager.subscriptions())
 {
 }
 

@@ -23,7 +23,7 @@ class BackendSession : public QObject {
     Q_OBJECT
 
 public:
-    BackendSession(HostIOManager &manager, BackendVersions &record, HostLog &hostLog);
+    BackendSession(HostIOManager &ioManager, BackendVersions &versions, HostLog &log);
     ~BackendSession() override;
 
     /// Takes \a newBackend in place of the one before: clears the data, fills in the versions, opens the command

@@ -38,8 +38,9 @@ QTimer *startOnce(QObject *parent, std::chrono::milliseconds delay)
 
 } // namespace
 
-Host::Host(HostOptions hostOptions, std::shared_ptr<backend::TrackingBackend> backend, const QStringList &moduleFolders)
-    : options(std::move(hostOptions))
+Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend> backend,
+           const QStringList &moduleFolders)
+    : options(options)
     , versions(ownVersions())
     , ioManager(hostLog)
     , session(ioManager, versions, hostLog)

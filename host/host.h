@@ -23,7 +23,8 @@ class Host {
 
 public:
     /// \a backend is what the options chose; modules are looked for in \a moduleFolders.
-    Host(HostOptions hostOptions, std::shared_ptr<backend::TrackingBackend> backend, const QStringList &moduleFolders);
+    Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend> backend,
+         const QStringList &moduleFolders);
     /// Shuts everything down if shutDown() has not done so.
     ~Host();
 

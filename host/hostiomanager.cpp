@@ -39,8 +39,8 @@ QByteArray cutToAnswer(const QByteArray &text)
 
 } // namespace
 
-HostIOManager::HostIOManager(HostLog &hostLog)
-    : log(hostLog)
+HostIOManager::HostIOManager(HostLog &log)
+    : log(log)
 {
 }
 

@@ -26,7 +26,7 @@ class HostIOManager final : public IOManager {
     Q_DECLARE_TR_FUNCTIONS(HostIOManager)
 
 public:
-    explicit HostIOManager(HostLog &hostLog);
+    explicit HostIOManager(HostLog &log);
     virtual ~HostIOManager() = default;
 
     void reserved0() override { }

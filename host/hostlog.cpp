@@ -13,9 +13,9 @@ const QLatin1String hostSender("trackhost");
 
 } // namespace
 
-HostLog::HostLog(std::size_t maximumEntries, QObject *parent)
+HostLog::HostLog(std::size_t capacity, QObject *parent)
     : QObject(parent)
-    , capacity(maximumEntries)
+    , capacity(capacity)
 {
     connect(this, &HostLog::entriesWaiting, this, &HostLog::flush, Qt::QueuedConnection);
 }

@@ -28,7 +28,8 @@ class HostLog : public QObject {
     Q_OBJECT
 
 public:
-    explicit HostLog(std::size_t maximumEntries = 1000, QObject *parent = nullptr);
+    /// \a capacity is the largest number of entries that wait.
+    explicit HostLog(std::size_t capacity = 1000, QObject *parent = nullptr);
 
     /// Any thread.
     void add(int level, const QString &category, const QString &sender, const QString &text);

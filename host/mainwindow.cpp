@@ -54,9 +54,9 @@ Qt::DockWidgetArea areaOf(const ModuleEntry &entry)
 
 } // namespace
 
-MainWindow::MainWindow(BackendSession &backendSession, HostLog &hostLog, const BackendSettings &settings)
-    : session(backendSession)
-    , log(hostLog)
+MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSettings &settings)
+    : session(session)
+    , log(log)
     , logDock(new LogDock(this))
 {
     setObjectName(QStringLiteral("mainWindow"));
@@ -171,7 +171,6 @@ void MainWindow::addStatus()
     refusedLabel->setText(tr("%1 refused").arg(0));
 }
 
-/// The menu with this title, made in front of "&Help" if there is none.
 QMenu *MainWindow::menuNamed(const QString &title)
 {
     const QList<QAction *> actions = menuBar()->actions();

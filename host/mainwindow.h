@@ -24,7 +24,7 @@ class MainWindow : public QMainWindow {
     Q_OBJECT
 
 public:
-    MainWindow(BackendSession &backendSession, HostLog &hostLog, const BackendSettings &settings);
+    MainWindow(BackendSession &session, HostLog &log, const BackendSettings &settings);
 
     /// Puts the modules' entries into the menus and dock areas, in the order given; "&View" ends with the log.
     void addEntries(const QList<ModuleEntry *> &entries);
@@ -43,6 +43,7 @@ protected:
 private:
     void addMenus(const BackendSettings &settings);
     void addStatus();
+    /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);
     void addDock(const ModuleEntry &entry, int number);
     void updateStatus();

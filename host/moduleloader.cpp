@@ -37,8 +37,8 @@ void setProperties(ModuleInterface &module, const HostObjects &objects)
 
 } // namespace
 
-ModuleLoader::ModuleLoader(HostLog &hostLog)
-    : log(hostLog)
+ModuleLoader::ModuleLoader(HostLog &log)
+    : log(log)
 {
 }
 
@@ -121,7 +121,6 @@ void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
     modules.push_back({std::move(loader), module, iid});
 }
 
-/// Decides by the metadata, which are read without running any code of the library.
 bool ModuleLoader::isWanted(const QPluginLoader &loader, QString *iid)
 {
     const QString path = loader.fileName();

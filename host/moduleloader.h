@@ -36,7 +36,7 @@ class ModuleLoader {
     Q_DECLARE_TR_FUNCTIONS(ModuleLoader)
 
 public:
-    explicit ModuleLoader(HostLog &hostLog);
+    explicit ModuleLoader(HostLog &log);
     /// Unloads what is still loaded.
     ~ModuleLoader();
 
@@ -66,6 +66,7 @@ private:
     };
 
     void loadFile(const QString &path, const HostObjects &objects);
+    /// Decides by the metadata, which are read without running any code of the library.
     bool isWanted(const QPluginLoader &loader, QString *iid);
 
     HostLog &log;

@@ -39,8 +39,8 @@ class ValueReader {
     Q_DECLARE_TR_FUNCTIONS(ValueReader)
 
 public:
-    explicit ValueReader(const QCommandLineParser &commandLine)
-        : parser(commandLine)
+    explicit ValueReader(const QCommandLineParser &parser)
+        : parser(parser)
     {
     }
 

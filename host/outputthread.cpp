@@ -28,8 +28,8 @@ qint64 frameDueAt(Nanoseconds time, double rate)
 
 } // namespace
 
-OutputThread::OutputThread(OutputSubscriptions &outputSubscriptions)
-    : subscriptions(outputSubscriptions)
+OutputThread::OutputThread(OutputSubscriptions &subscriptions)
+    : subscriptions(subscriptions)
 {
 }
 
@@ -79,7 +79,6 @@ void OutputThread::run(const backend::TrackingBackend &backend, Clock::time_poin
     }
 }
 
-/// Returns false when the thread has to end.
 bool OutputThread::waitUntil(Clock::time_point deadline)
 {
     std::unique_lock lock(mutex);

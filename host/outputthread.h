@@ -34,7 +34,7 @@ public:
         quint64 skippedFrames = 0; ///< frames left out because the thread was more than a second late
     };
 
-    explicit OutputThread(OutputSubscriptions &outputSubscriptions);
+    explicit OutputThread(OutputSubscriptions &subscriptions);
     ~OutputThread();
 
     /// Delivers the frames of \a backend from now on; frame 0 was due at \a epoch. Stops what ran before.
@@ -48,6 +48,7 @@ private:
     Q_DISABLE_COPY(OutputThread)
 
     void run(const backend::TrackingBackend &backend, Clock::time_point epoch);
+    /// Returns false when the thread has to end.
     bool waitUntil(Clock::time_point deadline);
     void deliverFrame(const backend::TrackingBackend &backend, std::chrono::nanoseconds time);
 
