@@ -7,17 +7,6 @@
 
 namespace backend {
 
-namespace {
-
-template<typename Entry> const Entry *entryOf(const QVector<Entry> &entries, const QByteArray &id)
-{
-    const auto *const found =
-        std::find_if(entries.cbegin(), entries.cend(), [&id](const Entry &entry) { return entry.id == id; });
-    return found == entries.cend() ? nullptr : &*found;
-}
-
-} // namespace
-
 Words wordsOf(const QByteArray &text)
 {
     const QByteArray plain = text.simplified();
@@ -58,11 +47,6 @@ int numberAfter(char letter, const QByteArray &text)
     return digits.toInt();
 }
 
-QByteArray bodyText(const QByteArray &kind, int number)
-{
-    return kind + " b" + QByteArray::number(number).rightJustified(2, '0');
-}
-
 QByteArray yesNo(bool yes)
 {
     return yes ? QByteArrayLiteral("yes") : QByteArrayLiteral("no");
@@ -73,17 +57,6 @@ QByteArray numberText(double number)
     return QByteArray::number(number, 'f', 6);
 }
 
-const OutputFlags *outputFlags(const Scenario &scenario, const QByteArray &tag)
-{
-    if (tag == "6d")
-        return &scenario.output6d;
-    if (tag == "6di" && isAtLeast(scenario.version, 1, 12))
-        return &scenario.output6di;
-    if (tag == "3d")
-        return &scenario.output3d;
-    return nullptr;
-}
-
 const FilterSettings *filterOf(const Scenario &scenario, const QByteArray &kind, const QByteArray &number)
 {
     const int index = numberAfter('b', number) - 1;
@@ -92,21 +65,6 @@ const FilterSettings *filterOf(const Scenario &scenario, const QByteArray &kind,
     if (kind == "wandor" && scenario.filter.wandor && index >= 0 && index < scenario.wandor.devices.size())
         return &scenario.wandor.devices[index].filter;
     return nullptr;
-}
-
-bool isOffered(const QVector<QByteArray> &bodies, const QByteArray &body)
-{
-    return bodies.isEmpty() || bodies.contains(body);
-}
-
-const FilterPreset *presetOf(const FilterOffer &filter, const QByteArray &id)
-{
-    return entryOf(filter.presets, id);
-}
-
-const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id)
-{
-    return entryOf(filter.modes, id);
 }
 
 } // namespace backend

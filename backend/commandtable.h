@@ -46,23 +46,10 @@ std::optional<Words> matchWords(const char *pattern, const Words &words);
 /// The number of a text such as "b07" or "t12" that starts with \a letter; 0 for anything else.
 int numberAfter(char letter, const QByteArray &text);
 
-/// "standard b07" for the word "standard" and number 7.
-QByteArray bodyText(const QByteArray &kind, int number);
-
 QByteArray yesNo(bool yes);
 QByteArray numberText(double number);
 
-/// The flags of the output \a tag in \a scenario; nullptr: there is no such output in its version.
-const OutputFlags *outputFlags(const Scenario &scenario, const QByteArray &tag);
-
 /// The filter of a body given by the words "standard" or "wandor" and "b01" or so; nullptr: there is none.
 const FilterSettings *filterOf(const Scenario &scenario, const QByteArray &kind, const QByteArray &number);
-
-/// Whether something offered to \a bodies is offered to \a body, a text such as "standard b01".
-bool isOffered(const QVector<QByteArray> &bodies, const QByteArray &body);
-
-/// The preset or mode of that id; nullptr: unknown.
-const FilterPreset *presetOf(const FilterOffer &filter, const QByteArray &id);
-const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id);
 
 } // namespace backend

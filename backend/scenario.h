@@ -167,8 +167,21 @@ bool isAtLeast(const ProtocolVersion &version, int major, int minor);
 /// The sensor that the standard body number \a body carries; nullptr: none.
 const InertialSensor *sensorOfBody(const Scenario &scenario, int body);
 
+/// The flags of the output \a tag in \a scenario; nullptr: there is no such output in its version.
+const OutputFlags *outputFlags(const Scenario &scenario, const QByteArray &tag);
+
 /// The text that names a sensor in answers, such as "inertial d01 'A17'".
 QByteArray sensorText(const InertialSensor &sensor);
+
+/// "standard b07" for the word "standard" and number 7.
+QByteArray bodyText(const QByteArray &kind, int number);
+
+/// Whether something offered to \a bodies is offered to \a body, a text such as "standard b01".
+bool isOffered(const QVector<QByteArray> &bodies, const QByteArray &body);
+
+/// The preset or mode of that id; nullptr: unknown.
+const FilterPreset *presetOf(const FilterOffer &filter, const QByteArray &id);
+const FilterMode *modeOf(const FilterOffer &filter, const QByteArray &id);
 
 /// Whether strength, prediction and mode of the preset \a id are the user's.
 bool isCustomPreset(const QByteArray &id);

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "backend/scenarioparts.h"
 
-#include "backend/commandtable.h"
 #include "backend/texts.h"
 #include "backend/trajectory.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "backend/commandtable.h"
 #include "backend/scenarioparts.h"
+
 #include "backend/texts.h"
 
 #include <algorithm>
