@@ -12,24 +12,12 @@ namespace backend {
 
 namespace {
 
-constexpr int longestAnswer = 199; // [bytes]; readers keep 200 with the terminating zero
 constexpr double nanosecondsPerSecond = 1.0e9;
 
 SimulatedBackend::Clock clockFromNow()
 {
     const auto start = std::chrono::steady_clock::now();
     return [start] { return std::chrono::nanoseconds(std::chrono::steady_clock::now() - start); };
-}
-
-/// \a text without the characters beyond the longest answer; a UTF-8 sequence is kept or dropped as a whole.
-QByteArray clipped(const QByteArray &text)
-{
-    int length = longestAnswer;
-    if (text.size() <= length)
-        return text;
-    while (length > 0 && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U)
-        --length;
-    return text.left(length);
 }
 
 std::shared_ptr<const Scenario> modelOf(Scenario scenario, std::optional<quint32> seed)
@@ -81,8 +69,7 @@ std::optional<QByteArray> SimulatedBackend::request(const QByteArray &query)
                 continue;
             if (!isAtLeast(current->version, entry.major, entry.minor))
                 return std::nullopt;
-            const Answer answer = entry.answer(context, *arguments);
-            return answer ? Answer(clipped(*answer)) : std::nullopt;
+            return entry.answer(context, *arguments);
         }
     }
     return std::nullopt;

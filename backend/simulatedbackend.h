@@ -13,6 +13,10 @@ namespace backend {
 
 /// A tracking backend that answers from a scenario. Commands change its copy of the scenario. The output is a function
 /// of scenario, seed and time alone. All operations may be called from any thread.
+///
+/// Not supported: noise on poses, and filters that change them (their settings are only kept); wandors in the output,
+/// and sensors that they carry; more than one head target at a time (the first one in use is shown); commands that add
+/// or calibrate bodies. Failures and delays are FaultyBackend's.
 class SimulatedBackend : public TrackingBackend {
 public:
     /// Time since the backend was started. Battery, temperature and presence of the sensors follow it.
@@ -26,8 +30,8 @@ public:
     ProtocolVersion version() const override;
     double frameRate() const override;
 
-    /// Answers are UTF-8 texts of at most 199 bytes; yes/no queries answer "yes" or "no". A query that the backend's
-    /// version does not know yet fails like an unknown one.
+    /// Answers are UTF-8 texts of one line and any length; yes/no queries answer "yes" or "no". A query that the
+    /// backend's version does not know yet fails like an unknown one.
     std::optional<QByteArray> request(const QByteArray &query) override;
     /// Refuses everything while the configuration is locked, unknown bodies, presets, modes and outputs, those that
     /// the body is not offered, numbers beyond the limits, and values of a preset that is not a custom one.

@@ -35,7 +35,8 @@ public:
     virtual ProtocolVersion version() const = 0;
     virtual double frameRate() const = 0; ///< frames of output per second, above 0
 
-    /// The answer to a query such as "body desc standard b01"; nothing when the backend fails or does not know it.
+    /// The answer to a query such as "body desc standard b01", in full; nothing when the backend fails or does not
+    /// know it.
     virtual std::optional<QByteArray> request(const QByteArray &query) = 0;
     /// Carries out a command such as "output active chmon 6d yes". Returns whether it was accepted.
     virtual bool command(const QByteArray &command) = 0;

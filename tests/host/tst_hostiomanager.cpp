@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "backend/simulatedbackend.h"
 #include "host/hostiomanager.h"
 #include "host/hostlog.h"
 #include "tests/host/fakebackend.h"
@@ -30,6 +31,7 @@ private slots:
     void answersATextQuery();
     void cutsALongTextAnswer_data();
     void cutsALongTextAnswer();
+    void cutsWhatTheSimulationAnswersInFull();
     void answersAWholeNumber_data();
     void answersAWholeNumber();
     void answersANumber_data();
@@ -122,6 +124,17 @@ void HostIOManagerTest::cutsALongTextAnswer()
     QCOMPARE(manager->requestString(buffer.data(), "q"), 0);
     QCOMPARE(QByteArray(buffer.data()), expected);
     QCOMPARE(buffer.back(), '#');
+}
+
+void HostIOManagerTest::cutsWhatTheSimulationAnswersInFull()
+{
+    Scenario scenario;
+    scenario.bodies.resize(1);
+    scenario.bodies[0].name = QStringLiteral("x") + QString(300, QChar(0x00F6));
+    manager->setBackend(std::make_shared<SimulatedBackend>(scenario));
+    std::array<char, 200> answer{};
+    QCOMPARE(manager->requestString(answer.data(), "body desc standard b01"), 0);
+    QCOMPARE(QString::fromUtf8(answer.data()), QStringLiteral("\"x") + QString(98, QChar(0x00F6))); // 198 bytes
 }
 
 void HostIOManagerTest::answersAWholeNumber_data()
