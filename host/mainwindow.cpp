@@ -3,7 +3,7 @@
 #include "host/mainwindow.h"
 
 #include "host/backendmenu.h"
-#include "host/backendsession.h"
+#include "host/connectionstatus.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
 #include "interface/moduleinterface.h"
@@ -11,13 +11,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
-#include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QSettings>
 #include <QStatusBar>
-#include <QTimer>
 #include <QWhatsThis>
 
 namespace host {
@@ -27,18 +25,7 @@ namespace {
 const QLatin1String geometryKey("window/geometry");
 const QLatin1String stateKey("window/state");
 
-constexpr int rateInterval = 1000; // [ms]
 constexpr int logHeight = 110; // [pixels], a few lines
-
-QLabel *statusLabel(QStatusBar *bar, const QString &name, const QString &whatsThis)
-{
-    auto *label = new QLabel;
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText); // scenario files name the backend
-    label->setWhatsThis(whatsThis);
-    bar->addPermanentWidget(label);
-    return label;
-}
 
 Qt::DockWidgetArea areaOf(const ModuleEntry &entry)
 {
@@ -66,7 +53,7 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     addDockWidget(Qt::BottomDockWidgetArea, logDock);
     connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
     addMenus(settings);
-    addStatus();
+    new ConnectionStatus(session, statusBar());
 }
 
 void MainWindow::addEntries(const QList<ModuleEntry *> &entries)
@@ -154,23 +141,6 @@ void MainWindow::addMenus(const BackendSettings &settings)
         ->setObjectName(QStringLiteral("aboutAction"));
 }
 
-void MainWindow::addStatus()
-{
-    backendLabel = statusLabel(statusBar(), QStringLiteral("backendLabel"), tr("The backend that the data come from."));
-    rateLabel = statusLabel(statusBar(), QStringLiteral("rateLabel"),
-                            tr("Lines of output handed to the modules, measured once a second."));
-    refusedLabel = statusLabel(statusBar(), QStringLiteral("refusedLabel"),
-                               tr("Lines that a module could not read, since the start."));
-    connect(&session, &BackendSession::connectionChanged, this, &MainWindow::updateStatus);
-    auto *timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &MainWindow::measureRate);
-    timer->start(rateInterval);
-    rateClock.start();
-    updateStatus();
-    rateLabel->setText(tr("%1 lines/s").arg(0));
-    refusedLabel->setText(tr("%1 refused").arg(0));
-}
-
 QMenu *MainWindow::menuNamed(const QString &title)
 {
     const QList<QAction *> actions = menuBar()->actions();
@@ -194,24 +164,6 @@ void MainWindow::addDock(const ModuleEntry &entry, int number)
     if (dock->objectName().isEmpty()) // without a name its place can't be kept
         dock->setObjectName(QStringLiteral("moduleDock%1").arg(number));
     addDockWidget(areaOf(entry), dock);
-}
-
-void MainWindow::updateStatus()
-{
-    const QString name = session.backendName();
-    backendLabel->setText(session.isConnected() ? name
-                              : name.isEmpty()  ? tr("no backend")
-                                                : tr("%1 (disconnected)").arg(name));
-}
-
-void MainWindow::measureRate()
-{
-    const OutputThread::Counts counts = session.counts();
-    const double seconds = static_cast<double>(rateClock.restart()) / 1000.0;
-    const double rate = static_cast<double>(counts.sent - sentBefore) / qMax(seconds, 0.001);
-    sentBefore = counts.sent;
-    rateLabel->setText(tr("%1 lines/s").arg(qRound(rate)));
-    refusedLabel->setText(tr("%1 refused").arg(counts.refused));
 }
 
 void MainWindow::showAbout()

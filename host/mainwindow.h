@@ -4,12 +4,10 @@
 
 #include "host/backendchoice.h"
 
-#include <QElapsedTimer>
 #include <QList>
 #include <QMainWindow>
 #include <QPointer>
 
-class QLabel;
 struct ModuleEntry;
 
 namespace host {
@@ -42,12 +40,9 @@ protected:
 
 private:
     void addMenus(const BackendSettings &settings);
-    void addStatus();
     /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);
     void addDock(const ModuleEntry &entry, int number);
-    void updateStatus();
-    void measureRate();
     void showAbout();
 
     BackendSession &session;
@@ -57,12 +52,7 @@ private:
     QMenu *helpMenu = nullptr;
     BackendMenu *backend = nullptr;
     QList<QPointer<QMenu>> moduleMenus; // made for the menu names of entries that were not there yet
-    QLabel *backendLabel = nullptr;
-    QLabel *rateLabel = nullptr;
-    QLabel *refusedLabel = nullptr;
     bool hasLayout = false; // restored, or given at the first show
-    QElapsedTimer rateClock;
-    quint64 sentBefore = 0; // at the start of rateClock
 };
 
 } // namespace host
