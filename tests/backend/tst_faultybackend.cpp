@@ -22,6 +22,8 @@ private slots:
     void failsAtItsRate_data();
     void failsAtItsRate();
     void failsAlikeWithTheSameSeed();
+    void rulesDoNotInfluenceEachOther_data();
+    void rulesDoNotInfluenceEachOther();
     void waitsBeforeAnswers();
     void passesTheRestOn();
 };
@@ -33,14 +35,19 @@ std::unique_ptr<SimulatedBackend> simulated()
     return std::make_unique<SimulatedBackend>(everything());
 }
 
-/// Which of a thousand equal queries fail.
-QVector<bool> failures(double rate, quint32 seed)
+/// Which of a thousand queries of two kinds fail, where each rule matches one kind or both.
+QVector<bool> failures(const QVector<FaultRule> &rules, quint32 seed)
 {
-    FaultyBackend backend(simulated(), {{QStringLiteral("*"), rate}}, 0ms, seed);
+    FaultyBackend backend(simulated(), rules, 0ms, seed);
     QVector<bool> failed;
     for (int i = 0; i < 1000; ++i)
-        failed.append(!backend.request("standard number_of_bodies"));
+        failed.append(!backend.request(i % 3 == 0 ? "body desc standard b01" : "standard number_of_bodies"));
     return failed;
+}
+
+QVector<bool> failures(double rate, quint32 seed)
+{
+    return failures({{QStringLiteral("*"), rate}}, seed);
 }
 
 } // namespace
@@ -141,6 +148,33 @@ void TestFaultyBackend::failsAlikeWithTheSameSeed()
 {
     QCOMPARE(failures(0.5, 7), failures(0.5, 7));
     QVERIFY(failures(0.5, 7) != failures(0.5, 8));
+}
+
+void TestFaultyBackend::rulesDoNotInfluenceEachOther_data()
+{
+    QTest::addColumn<QString>("first");
+    QTest::addColumn<QString>("second");
+    const auto row = [](const char *name, const char *first, const char *second) {
+        QTest::newRow(name) << first << second;
+    };
+    row("rules for different texts", "body *", "standard *");
+    row("the first takes the texts of the second, too", "*", "standard *");
+    row("the second takes the texts of the first, too", "body *", "*");
+    row("both take all texts", "*", "*?");
+}
+
+void TestFaultyBackend::rulesDoNotInfluenceEachOther()
+{
+    QFETCH(QString, first);
+    QFETCH(QString, second);
+    const FaultRule never{QStringLiteral("no such text"), 1.0};
+    const QVector<bool> ofFirst = failures({{first, 0.5}, never}, 7);
+    const QVector<bool> ofSecond = failures({never, {second, 0.5}}, 7);
+    QVERIFY(ofFirst != ofSecond);
+    QVector<bool> ofEither;
+    for (int i = 0; i < ofFirst.size(); ++i)
+        ofEither.append(ofFirst[i] || ofSecond[i]);
+    QCOMPARE(failures({{first, 0.5}, {second, 0.5}}, 7), ofEither);
 }
 
 void TestFaultyBackend::waitsBeforeAnswers()
