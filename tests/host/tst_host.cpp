@@ -49,6 +49,7 @@ private slots:
     void entersAndLeavesWhatsThisMode();
     void keepsTheLayout();
     void takesDownInOrderAndAccountsForTheLines();
+    void sendsLinesUntilTheModulesAreWarned();
     void endsAnOpenDialogBeforeTheModulesGo();
     void runsWithoutAnyModule();
 
@@ -306,7 +307,8 @@ void HostTest::keepsTheLayout()
 {
     host->window().resize(900, 500);
     host->window().findChild<LogDock *>()->hide();
-    host->window().saveLayout();
+    QTimer::singleShot(0, action("quitAction"), &QAction::trigger);
+    QCOMPARE(host->run(), 0);
     start({QStringLiteral(TEST_MODULES "/testmodule")});
     QVERIFY(!host->window().findChild<LogDock *>()->isVisible());
     QCOMPARE(host->window().size(), QSize(900, 500));
@@ -330,6 +332,19 @@ void HostTest::takesDownInOrderAndAccountsForTheLines()
                  .arg(dropped));
     QCOMPARE(menuTexts("viewMenu"), QStringList{QStringLiteral("&Log")});
     QVERIFY(host->shutDown().isEmpty());
+}
+
+void HostTest::sendsLinesUntilTheModulesAreWarned()
+{
+    auto *panel = host->window().findChild<QWidget *>(QStringLiteral("countingPanel"));
+    QVERIFY(panel);
+    QTRY_VERIFY(host->backendSession().counts().sent > 0);
+    takeCalls();
+    QVERIFY(panel->setProperty("awaitingLine", true));
+    host->shutDown();
+    QCOMPARE(takeCalls(),
+             (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("a line came"),
+                          QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
 }
 
 void HostTest::endsAnOpenDialogBeforeTheModulesGo()

@@ -7,8 +7,11 @@
 
 #include <QAction>
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDockWidget>
 #include <QStringList>
+
+#include <thread>
 
 namespace {
 
@@ -49,6 +52,15 @@ int CountingPanel::processOutput(const char *, const char *)
     return 0;
 }
 
+bool CountingPanel::awaitLine() const
+{
+    const quint64 before = stored + dropped;
+    const QDeadlineTimer deadline(5000);
+    while (stored + dropped == before && !deadline.hasExpired())
+        std::this_thread::yield();
+    return stored + dropped > before;
+}
+
 void CountingPanel::configurationChanged()
 {
     qint32 bodies = -1;
@@ -77,6 +89,8 @@ TestModule::~TestModule()
 void TestModule::aboutToUnload()
 {
     note(QStringLiteral("aboutToUnload"));
+    if (panel->property("awaitingLine").toBool() && panel->awaitLine())
+        note(QStringLiteral("a line came"));
     ioManager->unregisterRequester(panel);
 }
 

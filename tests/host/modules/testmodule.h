@@ -21,6 +21,7 @@ class CountingPanel : public QWidget, public Requester {
     Q_PROPERTY(quint64 droppedLines READ droppedLines)
     Q_PROPERTY(quint64 ignoredLines READ ignoredLines)
     Q_PROPERTY(bool refusing READ isRefusing WRITE setRefusing)
+    Q_PROPERTY(bool awaitingLine MEMBER awaitingLine)
 
 public:
     explicit CountingPanel(IOManager *manager);
@@ -32,6 +33,8 @@ public:
     quint64 ignoredLines() const { return 0; }
     bool isRefusing() const { return refusing; }
     void setRefusing(bool all) { refusing = all; }
+    /// Waits up to five seconds for a line. Returns whether one came.
+    bool awaitLine() const;
 
     int processOutput(const char *tag, const char *line) override;
     void configurationChanged() override;
@@ -42,6 +45,7 @@ private:
     std::atomic<quint64> stored{0}; // the data thread writes both
     std::atomic<quint64> dropped{0};
     std::atomic<bool> refusing{false}; // the data thread reads it
+    bool awaitingLine = false;
 };
 
 /// A module with three entries in another order than they are to be shown in. It notes what the host does to it in the
