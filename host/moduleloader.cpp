@@ -13,6 +13,7 @@
 #include <QWidget>
 
 #include <algorithm>
+#include <exception>
 #include <iterator>
 #include <tuple>
 
@@ -81,14 +82,14 @@ void ModuleLoader::aboutToUnload()
         return;
     warned = true;
     for (const Module &module : modules)
-        module.interface->aboutToUnload();
+        attempt(module.loader->fileName(), [&] { module.interface->aboutToUnload(); });
 }
 
 void ModuleLoader::unload()
 {
     sortedEntries.clear();
     for (const Module &module : modules)
-        module.interface->releaseWidgets();
+        attempt(module.loader->fileName(), [&] { module.interface->releaseWidgets(); });
     for (const Module &module : modules) {
         if (!module.loader->unload())
             log.warning(
@@ -105,7 +106,12 @@ void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
         return;
     // The instance is destroyed by unload(), its code stays: Qt's caches may hold texts that lie in the library.
     loader->setLoadHints(QLibrary::PreventUnloadHint);
-    auto *module = qobject_cast<ModuleInterface *>(loader->instance());
+    QObject *instance = nullptr;
+    if (!attempt(path, [&] { instance = loader->instance(); })) {
+        loader->unload();
+        return;
+    }
+    auto *module = qobject_cast<ModuleInterface *>(instance);
     if (!module) {
         const QString reason =
             loader->isLoaded() ? tr("it does not have the interface of a module") : loader->errorString();
@@ -113,12 +119,28 @@ void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
         loader->unload();
         return;
     }
-    setProperties(*module, objects);
-    const QList<ModuleEntry *> entries = module->moduleEntries();
-    std::copy_if(entries.begin(), entries.end(), std::back_inserter(sortedEntries),
-                 [](const ModuleEntry *entry) { return entry != nullptr; });
-    log.info(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
+    // Whatever fails from here on, the module stays until all are unloaded: the host may be holding what it has given.
     modules.push_back({std::move(loader), module, iid});
+    attempt(path, [&] {
+        setProperties(*module, objects);
+        const QList<ModuleEntry *> entries = module->moduleEntries();
+        log.info(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
+        std::copy_if(entries.begin(), entries.end(), std::back_inserter(sortedEntries),
+                     [](const ModuleEntry *entry) { return entry != nullptr; });
+    });
+}
+
+bool ModuleLoader::attempt(const QString &path, const std::function<void()> &call)
+{
+    try {
+        call();
+        return true;
+    } catch (const std::exception &fault) {
+        log.warning(tr("The module %1 failed: %2.").arg(path, QString::fromLocal8Bit(fault.what())));
+    } catch (...) {
+        log.warning(tr("The module %1 failed.").arg(path));
+    }
+    return false;
 }
 
 bool ModuleLoader::isWanted(const QPluginLoader &loader, QString *iid)

@@ -10,6 +10,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -66,6 +67,9 @@ private:
     };
 
     void loadFile(const QString &path, const HostObjects &objects);
+    /// Calls a function of the module in the file \a path. Returns false, with a log entry, when it throws: a
+    /// stranger's module must not end the host.
+    bool attempt(const QString &path, const std::function<void()> &call);
     /// Decides by the metadata, which are read without running any code of the library.
     bool isWanted(const QPluginLoader &loader, QString *iid);
 

@@ -9,6 +9,20 @@
 
 namespace host {
 
+namespace {
+
+/// Hands \a line over. An exception counts as a refusal: nobody could catch it on the data thread.
+bool isTaken(Requester &requester, const backend::OutputLine &line)
+{
+    try {
+        return requester.processOutput(line.tag.constData(), line.text.constData()) == 0;
+    } catch (...) {
+        return false;
+    }
+}
+
+} // namespace
+
 void OutputSubscriptions::add(Requester *requester)
 {
     const std::lock_guard lock(mutex);
@@ -71,10 +85,10 @@ OutputSubscriptions::Delivered OutputSubscriptions::deliver(const backend::Outpu
     for (Requester *requester : subscribersOf(line.tag)) {
         if (!enter(requester, line.tag))
             continue; // removed since the list was made, perhaps deleted
-        const int result = requester->processOutput(line.tag.constData(), line.text.constData());
+        const bool taken = isTaken(*requester, line);
         leave();
         ++delivered.sent;
-        if (result != 0)
+        if (!taken)
             ++delivered.refused;
     }
     return delivered;

@@ -24,7 +24,7 @@ public:
     /// What became of the lines that were handed to requesters.
     struct Delivered {
         quint64 sent = 0; ///< calls of processOutput
-        quint64 refused = 0; ///< of these, the ones whose result was not 0
+        quint64 refused = 0; ///< of these, the ones whose result was not 0, or that threw
     };
 
     /// Makes \a requester known, once however often it is called.

@@ -30,6 +30,8 @@ private slots:
     void loadsNoCodeOfAForeignPlugin();
     void reportsWhatIsNoModule_data();
     void reportsWhatIsNoModule();
+    void survivesAModuleThatThrows_data();
+    void survivesAModuleThatThrows();
     void looksInTheGivenFolderFirst();
 
 private:
@@ -187,6 +189,42 @@ void ModuleLoaderTest::reportsWhatIsNoModule()
     QCOMPARE(loader->count(), 1); // the good one
     QVERIFY2(!logged().filter(reported).isEmpty(), qPrintable(texts.join(QLatin1Char('\n'))));
     QVERIFY(texts.filter(QStringLiteral("README")).isEmpty());
+}
+
+void ModuleLoaderTest::survivesAModuleThatThrows_data()
+{
+    QTest::addColumn<QString>("function");
+    QTest::addColumn<bool>("isUsed"); // what fails comes later
+    const auto row = [](const char *function, bool isUsed) {
+        QTest::newRow(function) << QString::fromLatin1(function) << isUsed;
+    };
+    row("a number", false);
+    row("constructor", false);
+    row("setModuleProperty", false);
+    row("moduleEntries", false);
+    row("moduleName", false);
+    row("moduleVersion", false);
+    row("aboutToUnload", true);
+    row("releaseWidgets", true);
+}
+
+void ModuleLoaderTest::survivesAModuleThatThrows()
+{
+    QFETCH(QString, function);
+    QFETCH(bool, isUsed);
+    qApp->setProperty("throwing", function);
+    loader->load({folderOf("throwingmodule"), folderOf("testmodule")}, objects);
+    QCOMPARE(logged().filter(QStringLiteral("Loaded moduleName ")).size(), isUsed ? 1 : 0);
+    QCOMPARE(texts.filter(QStringLiteral("Loaded Test Module ")).size(), 1);
+    QCOMPARE(loader->entries().size(), 3); // the good one's
+    loader->aboutToUnload();
+    loader->unload();
+    qApp->setProperty("throwing", {});
+    QCOMPARE(calls().constLast(), QStringLiteral("destroyed")); // the good one is
+    const QString reason =
+        function == QLatin1String("a number") ? QString() : QStringLiteral(": thrown in ") + function;
+    const QString reported = QStringLiteral("libthrowingmodule.so failed") + reason + QLatin1Char('.');
+    QVERIFY2(!logged().filter(reported).isEmpty(), qPrintable(texts.join(QLatin1Char('\n'))));
 }
 
 void ModuleLoaderTest::looksInTheGivenFolderFirst()

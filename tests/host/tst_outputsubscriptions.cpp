@@ -11,6 +11,7 @@
 #include <condition_variable>
 #include <memory>
 #include <mutex>
+#include <stdexcept>
 #include <thread>
 
 using namespace backend;
@@ -61,6 +62,7 @@ private slots:
     void deliversOnlyWhatIsSubscribed();
     void deliversOnceHoweverOftenSubscribed();
     void countsRefusedLines();
+    void survivesARequesterThatThrows();
     void forgetsTheTagsOfARemovedRequester();
     void callsNoRequesterThatHasGone();
     void sendsNoLineOfATagAfterItsEnd();
@@ -114,6 +116,19 @@ void OutputSubscriptionsTest::countsRefusedLines()
     const OutputSubscriptions::Delivered delivered = subscriptions.deliver({"6d", "6d"});
     QCOMPARE(delivered.sent, 2U);
     QCOMPARE(delivered.refused, 1U);
+}
+
+void OutputSubscriptionsTest::survivesARequesterThatThrows()
+{
+    OutputSubscriptions subscriptions;
+    FakeRequester requester;
+    requester.onLine = [](const QByteArray &, const QByteArray &) { throw std::runtime_error("thrown"); };
+    subscriptions.add(&requester);
+    QVERIFY(subscriptions.subscribe("6d", &requester));
+    const OutputSubscriptions::Delivered delivered = subscriptions.deliver({"6d", "6d"});
+    QCOMPARE(delivered.sent, 1U);
+    QCOMPARE(delivered.refused, 1U);
+    subscriptions.remove(&requester); // does not wait for the line
 }
 
 void OutputSubscriptionsTest::forgetsTheTagsOfARemovedRequester()
