@@ -15,6 +15,17 @@ void print(std::FILE *stream, const QString &text)
     std::fprintf(stream, "%s\n", qPrintable(text));
 }
 
+QtMessageHandler printMessage = nullptr; // Qt's own
+
+/// Leaves out what Qt warns about at every start without a display, where it means nothing; prints the rest.
+void printWithoutPlatformNoise(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    const bool isNoise = text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
+        || text == QLatin1String("This plugin does not support propagateSizeHints()");
+    if (!isNoise)
+        printMessage(type, context, text);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -32,6 +43,8 @@ int main(int argc, char **argv)
             return 0;
         }
     }
+    if (qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
+        printMessage = qInstallMessageHandler(printWithoutPlatformNoise);
     const QApplication application(argc, argv);
     const host::OptionsResult result = host::OptionsResult::read(QCoreApplication::arguments());
     if (result.kind == host::OptionsResult::Kind::Answer) {

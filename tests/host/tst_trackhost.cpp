@@ -42,6 +42,8 @@ private slots:
     void endsWithTwoWhenItCannotStart();
     void reportsLinesOfAReplayThatItSkips();
     void savesAPicture();
+    void warnsOfNothingThatIsUsualWithoutADisplay_data();
+    void warnsOfNothingThatIsUsualWithoutADisplay();
     void endsWithOneWhenThePictureCannotBeSaved();
     void accountsForTheLinesOfARun();
     void showsFailuresOfTheBackendWithoutFailing();
@@ -145,6 +147,32 @@ void TrackhostTest::savesAPicture()
     }
     QVERIFY2(colors.size() > 10, "a window with texts has more than a few colours");
     QVERIFY(run.out.startsWith(QStringLiteral("lines: ")));
+}
+
+void TrackhostTest::warnsOfNothingThatIsUsualWithoutADisplay_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("a picture is taken without a warning") << QStringList{} << QString();
+    QTest::newRow("other warnings of Qt are printed")
+        << QStringList{QStringLiteral("-style"), QStringLiteral("no-such-style")} << QStringLiteral("no-such-style");
+}
+
+void TrackhostTest::warnsOfNothingThatIsUsualWithoutADisplay()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, warning);
+    const QString file = folder.filePath(QStringLiteral("quiet.png"));
+    const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
+    qunsetenv("XDG_RUNTIME_DIR");
+    const Run run =
+        trackhost(modules + arguments
+                  + QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("50")});
+    qputenv("XDG_RUNTIME_DIR", runtimeFolder);
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.err.isEmpty(), warning.isEmpty());
+    QVERIFY2(run.err.contains(warning), qPrintable(run.err));
+    QVERIFY2(!run.err.contains(QLatin1String("XDG_RUNTIME_DIR")), qPrintable(run.err));
 }
 
 void TrackhostTest::endsWithOneWhenThePictureCannotBeSaved()
