@@ -2,37 +2,31 @@
 // SPDX-License-Identifier: MIT
 #include "backend/scenarios.h"
 #include "host/backendmenu.h"
-#include "host/host.h"
 #include "host/logdock.h"
+#include "tests/host/hostfixture.h"
 
 #include <QAction>
-#include <QDialog>
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QSettings>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QWhatsThis>
 
-#include <memory>
-
 using namespace backend;
 using namespace host;
 
-/// The whole program with the test module, in this process.
-class HostTest : public QObject {
+/// What the program shows and does while it runs.
+class HostTest : public QObject, private HostFixture {
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
-    void cleanup();
+    void init() { startAnew(); }
+    void cleanup() { end(); }
 
     void showsTheModuleInMenusAndDocks();
     void keepsTheLogLastInTheViewMenu();
@@ -44,89 +38,9 @@ private slots:
     void keepsTheLogBounded();
     void showsRateAndRefusedLines();
     void countsRefusedLines();
-    void quitsByMenu();
     void tellsAboutItself();
     void entersAndLeavesWhatsThisMode();
-    void keepsTheLayout();
-    void takesDownInOrderAndAccountsForTheLines();
-    void sendsLinesUntilTheModulesAreWarned();
-    void endsAnOpenDialogBeforeTheModulesGo();
-    void runsWithoutAnyModule();
-
-private:
-    void start(const QStringList &moduleFolders);
-    QAction *action(const char *name) const;
-    QString label(const char *name) const;
-    QString logText() const;
-    QStringList menuTexts(const char *menu) const;
-    static QStringList takeCalls();
-
-    std::unique_ptr<QTemporaryDir> home;
-    std::unique_ptr<Host> host;
 };
-
-void HostTest::initTestCase()
-{
-    QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
-    QCoreApplication::setApplicationName(QStringLiteral("tst_host"));
-    QSettings::setDefaultFormat(QSettings::IniFormat);
-}
-
-void HostTest::init()
-{
-    home = std::make_unique<QTemporaryDir>();
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, home->path());
-    qApp->setProperty("moduleCalls", {});
-    start({QStringLiteral(TEST_MODULES "/testmodule")});
-}
-
-void HostTest::cleanup()
-{
-    host.reset();
-    home.reset();
-}
-
-void HostTest::start(const QStringList &moduleFolders)
-{
-    host.reset();
-    HostOptions options;
-    options.choice.scenario = QStringLiteral("default");
-    BackendResult made = makeBackend(options.choice, options.settings);
-    QVERIFY2(made.backend, qPrintable(made.error));
-    host = std::make_unique<Host>(options, made.backend, moduleFolders);
-    host->window().show();
-}
-
-QAction *HostTest::action(const char *name) const
-{
-    return host->window().findChild<QAction *>(QLatin1String(name));
-}
-
-QString HostTest::label(const char *name) const
-{
-    return host->window().findChild<QLabel *>(QLatin1String(name))->text();
-}
-
-QString HostTest::logText() const
-{
-    return host->window().findChild<QPlainTextEdit *>(QStringLiteral("logView"))->toPlainText();
-}
-
-QStringList HostTest::menuTexts(const char *menu) const
-{
-    QStringList texts;
-    const QList<QAction *> actions = host->window().findChild<QMenu *>(QLatin1String(menu))->actions();
-    for (const QAction *entry : actions)
-        texts << entry->text();
-    return texts;
-}
-
-QStringList HostTest::takeCalls()
-{
-    const QStringList calls = qApp->property("moduleCalls").toStringList();
-    qApp->setProperty("moduleCalls", {});
-    return calls;
-}
 
 void HostTest::showsTheModuleInMenusAndDocks()
 {
@@ -267,17 +181,6 @@ void HostTest::countsRefusedLines()
     QVERIFY2(summary.contains(QStringLiteral(", %1 refused, ").arg(refused)), qPrintable(summary));
 }
 
-void HostTest::quitsByMenu()
-{
-    takeCalls();
-    QTimer::singleShot(0, action("quitAction"), &QAction::trigger);
-    QCOMPARE(host->run(), 0);
-    QVERIFY(!host->window().isVisible());
-    QCOMPARE(
-        takeCalls(),
-        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
-}
-
 void HostTest::tellsAboutItself()
 {
     QString text;
@@ -301,82 +204,6 @@ void HostTest::entersAndLeavesWhatsThisMode()
     action("whatsThisAction")->trigger();
     QVERIFY(QWhatsThis::inWhatsThisMode());
     QWhatsThis::leaveWhatsThisMode();
-}
-
-void HostTest::keepsTheLayout()
-{
-    host->window().resize(900, 500);
-    host->window().findChild<LogDock *>()->hide();
-    QTimer::singleShot(0, action("quitAction"), &QAction::trigger);
-    QCOMPARE(host->run(), 0);
-    start({QStringLiteral(TEST_MODULES "/testmodule")});
-    QVERIFY(!host->window().findChild<LogDock *>()->isVisible());
-    QCOMPARE(host->window().size(), QSize(900, 500));
-}
-
-void HostTest::takesDownInOrderAndAccountsForTheLines()
-{
-    QTRY_VERIFY(host->backendSession().counts().sent > 20);
-    takeCalls();
-    const QString summary = host->shutDown();
-    QCOMPARE(
-        takeCalls(),
-        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
-    const quint64 sent = host->backendSession().counts().sent;
-    const quint64 dropped = sent / 10; // as the module does
-    QCOMPARE(summary,
-             QStringLiteral("lines: %1 sent, %2 stored, %3 dropped while the display was drawing, "
-                            "0 refused, 0 ignored")
-                 .arg(sent)
-                 .arg(sent - dropped)
-                 .arg(dropped));
-    QCOMPARE(menuTexts("viewMenu"), QStringList{QStringLiteral("&Log")});
-    QVERIFY(host->shutDown().isEmpty());
-}
-
-void HostTest::sendsLinesUntilTheModulesAreWarned()
-{
-    auto *panel = host->window().findChild<QWidget *>(QStringLiteral("countingPanel"));
-    QVERIFY(panel);
-    QTRY_VERIFY(host->backendSession().counts().sent > 0);
-    takeCalls();
-    QVERIFY(panel->setProperty("awaitingLine", true));
-    host->shutDown();
-    QCOMPARE(takeCalls(),
-             (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("a line came"),
-                          QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
-}
-
-void HostTest::endsAnOpenDialogBeforeTheModulesGo()
-{
-    host.reset();
-    takeCalls();
-    HostOptions options;
-    options.choice.scenario = QStringLiteral("default");
-    options.duration = std::chrono::milliseconds(100);
-    host = std::make_unique<Host>(options, makeBackend(options.choice, options.settings).backend,
-                                  QStringList{QStringLiteral(TEST_MODULES "/testmodule")});
-    QStringList callsAtItsEnd;
-    QTimer::singleShot(0, &host->window(), [&] {
-        QDialog dialog(&host->window());
-        dialog.exec();
-        callsAtItsEnd = takeCalls();
-    });
-    QCOMPARE(host->run(), 0);
-    QVERIFY(callsAtItsEnd.contains(QStringLiteral("configurationChanged")));
-    QVERIFY(!callsAtItsEnd.contains(QStringLiteral("aboutToUnload")));
-    QCOMPARE(
-        takeCalls(),
-        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
-}
-
-void HostTest::runsWithoutAnyModule()
-{
-    QTemporaryDir empty;
-    start({empty.path()});
-    QTRY_VERIFY(logText().contains(empty.path()));
-    QVERIFY(host->window().isVisible());
-    QCOMPARE(host->shutDown(), QStringLiteral("lines: 0 sent, 0 refused"));
 }
 
 QTEST_MAIN(HostTest)

@@ -23,8 +23,8 @@ private slots:
     void init();
     void cleanup();
 
-    void bringsAModuleUpAndDownInOrder();
-    void takesDownWhatIsStillUp();
+    void loadsAndUnloadsAModuleInOrder();
+    void unloadsWhatIsStillLoaded();
     void sortsTheEntries();
     void loadsAKindOfModuleOnce();
     void loadsNoCodeOfAForeignPlugin();
@@ -85,7 +85,7 @@ QStringList ModuleLoaderTest::logged()
     return texts;
 }
 
-void ModuleLoaderTest::bringsAModuleUpAndDownInOrder()
+void ModuleLoaderTest::loadsAndUnloadsAModuleInOrder()
 {
     loader->load({folderOf("testmodule")}, objects);
     QCOMPARE(loader->count(), 1);
@@ -110,7 +110,7 @@ void ModuleLoaderTest::bringsAModuleUpAndDownInOrder()
              qPrintable(texts.constFirst()));
 }
 
-void ModuleLoaderTest::takesDownWhatIsStillUp()
+void ModuleLoaderTest::unloadsWhatIsStillLoaded()
 {
     loader->load({folderOf("testmodule")}, objects);
     loader.reset();

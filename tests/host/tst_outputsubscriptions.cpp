@@ -17,7 +17,7 @@
 using namespace backend;
 using namespace host;
 
-/// Delivers lines of two tags on a thread of its own, as fast as it can, until it goes.
+/// Delivers lines of two tags on a thread of its own, as fast as it can, until it is destroyed.
 class Flood {
 public:
     explicit Flood(OutputSubscriptions &target)
@@ -64,11 +64,11 @@ private slots:
     void countsRefusedLines();
     void survivesARequesterThatThrows();
     void forgetsTheTagsOfARemovedRequester();
-    void callsNoRequesterThatHasGone();
+    void callsNoRemovedRequester();
     void sendsNoLineOfATagAfterItsEnd();
     void waitsForTheLineThatIsBeingProcessed();
     void letsARequesterLeaveFromItsOwnLine();
-    void skipsARequesterThatWentDuringTheLine();
+    void skipsARequesterRemovedDuringTheLine();
 };
 
 void OutputSubscriptionsTest::deliversOnlyWhatIsSubscribed()
@@ -144,7 +144,7 @@ void OutputSubscriptionsTest::forgetsTheTagsOfARemovedRequester()
     QCOMPARE(subscriptions.deliver({"6d", "6d 0"}).sent, 0U);
 }
 
-void OutputSubscriptionsTest::callsNoRequesterThatHasGone()
+void OutputSubscriptionsTest::callsNoRemovedRequester()
 {
     OutputSubscriptions subscriptions;
     Flood flood(subscriptions);
@@ -237,7 +237,7 @@ void OutputSubscriptionsTest::letsARequesterLeaveFromItsOwnLine()
     QVERIFY(subscriptions.all().empty());
 }
 
-void OutputSubscriptionsTest::skipsARequesterThatWentDuringTheLine()
+void OutputSubscriptionsTest::skipsARequesterRemovedDuringTheLine()
 {
     OutputSubscriptions subscriptions;
     FakeRequester first;
