@@ -8,6 +8,8 @@
 #include <QtTest>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <csignal>
 
@@ -59,6 +61,26 @@ QStringList logsOfSavingWithin(PanelFixture &fixture, rlim_t size)
     return logsOfSaving(fixture);
 }
 
+/// While it lives, root is a user whom no file belongs to: root may write anywhere. Any other user stays who he is.
+class OrdinaryUser {
+public:
+    OrdinaryUser()
+        : isChanged(::geteuid() == 0 && ::setresuid(nobody, nobody, 0) == 0)
+    {
+    }
+    ~OrdinaryUser()
+    {
+        if (isChanged && ::setresuid(0, 0, 0) != 0)
+            qFatal("root has to be root again");
+    }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+private:
+    static constexpr uid_t nobody = 65534;
+    const bool isChanged;
+};
+
 QString cannotWrite(const QString &file)
 {
     return QStringLiteral("Error: Writing data display preferences. File ") + file
@@ -90,6 +112,7 @@ private slots:
     void oldFileSurvivesAFullDisk_data();
     void oldFileSurvivesAFullDisk();
     void linkIsFollowed();
+    void fileIsWrittenWhereItsFolderMayNotBe();
 };
 
 void TestPreferencesSaving::wholeFile_data()
@@ -243,6 +266,26 @@ void TestPreferencesSaving::linkIsFollowed()
     QCOMPARE(logsOfSaving(fixture), QStringList());
     QVERIFY(QFileInfo(fixture.preferencesFile()).isSymLink());
     QCOMPARE(contentOf(target), expectedFile(fixture));
+}
+
+void TestPreferencesSaving::fileIsWrittenWhereItsFolderMayNotBe()
+{
+    PanelFixture fixture;
+    fixture.writePreferences("<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/></VORNAK>\n");
+    fixture.createPanel();
+    fixture.table3d().setColumnWidth(2, 98);
+    const QByteArray folder = QFile::encodeName(fixture.preferencesDir());
+    QCOMPARE(::chmod(QFile::encodeName(fixture.home.path()).constData(), 0755), 0);
+    QCOMPARE(::chmod(QFile::encodeName(fixture.preferencesFile()).constData(), 0666), 0);
+    QCOMPARE(::chmod(folder.constData(), 0555), 0);
+    const auto restore = qScopeGuard([&folder] { ::chmod(folder.constData(), 0755); });
+    {
+        const OrdinaryUser user;
+        QVERIFY(!QFile(fixture.preferencesDir() + QStringLiteral("/new")).open(QIODevice::WriteOnly));
+        QCOMPARE(logsOfSaving(fixture), QStringList());
+    }
+    QCOMPARE(contentOf(fixture.preferencesFile()), expectedFile(fixture));
+    QVERIFY(contentOf(fixture.preferencesFile()).contains("<TABLE_3D_COLUMN_2 WIDTH=\"98\"/>"));
 }
 
 QTEST_MAIN(TestPreferencesSaving)
