@@ -24,24 +24,33 @@ inline bool isSlowRun()
     return qEnvironmentVariableIntValue("VORNAK_SLOW") == 1;
 }
 
-/// How often something is repeated: \a perChange, a tenth of it (at least 1) under a sanitizer or in a slow run,
-/// \a whole in a long run.
-inline qint64 amount(qint64 perChange, qint64 whole)
+/// How often something is repeated while there is time.
+struct Repetitions {
+    qint64 wanted = 1;
+    qint64 least = 1; ///< with fewer a test fails: it has shown too little
+};
+
+/// Wanted are \a perChange, a tenth of it under a sanitizer or in a slow run, \a whole in a long run. The least is a
+/// tenth of what is wanted; in a long run, whose time somebody has chosen, as many as are wanted for each change.
+inline Repetitions repetitions(qint64 perChange, qint64 whole)
 {
-    if (isLongRun())
-        return whole;
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    return qMax<qint64>(perChange / 10, 1);
+    const bool isSlow = true;
 #else
-    return isSlowRun() ? qMax<qint64>(perChange / 10, 1) : perChange;
+    const bool isSlow = isSlowRun();
 #endif
+    const qint64 usual = isSlow ? qMax<qint64>(perChange / 10, 1) : perChange;
+    if (isLongRun())
+        return {whole, usual};
+    return {usual, qMax<qint64>(usual / 10, 1)};
 }
 
-/// The end of a run by the clock: \a milliseconds per change, VORNAK_LONG_MINUTES minutes (5 unless set) in a long run.
+/// The end of a run by the clock: \a milliseconds per change; in a long run one of \a parts equal parts of
+/// VORNAK_LONG_MINUTES minutes (5 unless set).
 class TimeLimit {
 public:
-    explicit TimeLimit(qint64 milliseconds)
-        : limit(isLongRun() ? longMilliseconds() : milliseconds)
+    explicit TimeLimit(qint64 milliseconds, int parts = 1)
+        : limit(isLongRun() ? longMilliseconds() / parts : milliseconds)
     {
         timer.start();
     }
