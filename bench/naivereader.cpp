@@ -12,7 +12,7 @@
 namespace {
 
 struct NaiveNumbers {
-    static bool read(const char *&text, qint32 &number)
+    static bool read(const char *&text, const char * /*end*/, qint32 &number)
     {
         char *end = nullptr;
         number = static_cast<qint32>(std::strtol(text, &end, 0));
@@ -20,7 +20,7 @@ struct NaiveNumbers {
         text = end;
         return found;
     }
-    static bool read(const char *&text, float &number)
+    static bool read(const char *&text, const char * /*end*/, float &number)
     {
         char *end = nullptr;
         number = static_cast<float>(std::strtod(text, &end));
@@ -37,29 +37,29 @@ locale_t cLocale()
 }
 
 struct FastFloatNumbers {
-    static bool read(const char *&text, qint32 &number)
+    static bool read(const char *&text, const char *end, qint32 &number)
     {
         while (*text == ' ')
             ++text;
-        const auto result = std::from_chars(text, text + std::strcspn(text, " ]"), number);
+        const auto result = std::from_chars(text, end, number);
         const bool plain = result.ec == std::errc() && *text != '0' && *result.ptr != 'x';
         if (!plain)
-            return NaiveNumbers::read(text, number);
+            return NaiveNumbers::read(text, end, number);
         text = result.ptr;
         return true;
     }
-    static bool read(const char *&text, float &number)
+    static bool read(const char *&text, const char *end, float &number)
     {
         while (*text == ' ')
             ++text;
         double value = 0.0;
-        const auto result = fast_float::from_chars(text, text + std::strcspn(text, " ]"), value);
+        const auto result = fast_float::from_chars(text, end, value);
         if (result.ec != std::errc() || *result.ptr == 'x') {
-            char *end = nullptr;
-            value = strtod_l(text, &end, cLocale());
-            if (end == text)
+            char *numberEnd = nullptr;
+            value = strtod_l(text, &numberEnd, cLocale());
+            if (numberEnd == text)
                 return false;
-            text = end;
+            text = numberEnd;
         } else {
             text = result.ptr;
         }
@@ -78,7 +78,7 @@ template<typename Numbers> char *readBlock(char *text, const char *format, qint3
     const char *place = open + 1;
     bool complete = true;
     for (; complete && *format != '\0'; ++format)
-        complete = *format == 'i' ? Numbers::read(place, *ints++) : Numbers::read(place, *floats++);
+        complete = *format == 'i' ? Numbers::read(place, close, *ints++) : Numbers::read(place, close, *floats++);
     *close = ']';
     return complete ? close + 1 : nullptr;
 }

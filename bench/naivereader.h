@@ -6,12 +6,12 @@
 
 #include <QByteArray>
 
-/// Readers of the three lines to compare ours with, into the same stores and with the same private copy and try-lock.
+/// Readers of the three lines to compare ours with, into the same stores and with the same private copy and lock.
 /// They return false where ours would find a fault.
 /// @{
 /// The naive one: strchr for the brackets, strtol and strtod for each number.
 bool readNaively(TrackingData &data, const QByteArray &tag, const QByteArray &line);
-/// With fast_float for each number, and strtod in the C locale for what is unusual.
+/// With fast_float for each number, told where the block ends; strtod in the C locale for what is unusual.
 bool readWithFastFloat(TrackingData &data, const QByteArray &tag, const QByteArray &line);
 /// @}
 

@@ -10,8 +10,9 @@
 #include <QTimer>
 #include <QWidget>
 
-/// The panel's two tables as one would write them first, to compare with: every text and brush set on every redraw, the
-/// stock delegate, the same look and the same lock.
+/// The panel's two tables as one would write them first, to compare with: on every redraw it searches the record of
+/// each row, sets the text of every coordinate, both brushes of the ID and the background of the name, and makes the
+/// items of the markers anew. The stock delegate, the same look and the same lock.
 class NaiveTables : public QWidget, private Ui::DataDisplayWidget {
     Q_OBJECT
 

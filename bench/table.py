@@ -1,27 +1,31 @@
 #!/usr/bin/env python3
 # SPDX-FileCopyrightText: the VORNAK data display authors
 # SPDX-License-Identifier: MIT
-"""Prints the medians of a benchmark run as one Markdown table: each aim, ours, the rival, their ratio, whether met."""
+"""Prints the medians of a benchmark run as one Markdown table: each aim, ours, the rival, their ratio, whether met.
+Of lines lost, which are few and chance, the mean of all runs, and the least and the most of one."""
 import json
 import sys
 
 
 def medians(path):
-    """The median of each benchmark by name, in nanoseconds, and of its counters by "name counter"."""
+    """The median of each benchmark by name, in nanoseconds, and its counters by "name counter"."""
     to_ns = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
     values = {}
     with open(path, encoding="utf-8") as file:
         runs = json.load(file)["benchmarks"]
     for run in runs:
-        if run.get("aggregate_name") != "median":
-            continue
         parts = run["run_name"].split("/")
         own = [part for part in parts if part not in ("manual_time", "real_time") and not part.startswith("iter")]
         name = "/".join(own)
+        aggregate = run.get("aggregate_name")
+        if "lost_percent" in run and aggregate in ("mean", "least", "most"):
+            values[f"{name} lost_percent {aggregate}"] = run["lost_percent"]
+        if aggregate != "median":
+            continue
         # The reading is timed by the processor's clock, so that other programs on the machine count for nothing.
         time = run["real_time"] if "manual_time" in parts else run["cpu_time"]
         values[name] = time * to_ns[run["time_unit"]]
-        for counter in ("bytes_per_row", "locked_percent", "lost_percent"):
+        for counter in ("bytes_per_row", "locked_percent"):
             if counter in run:
                 values[name + " " + counter] = run[counter]
     return values
@@ -72,6 +76,15 @@ class Table:
         self.row(what + ", against naive", f"≤ {most} {unit}" if most else "–", f"{ours:.3g} {unit}",
                  f"{theirs:.3g} {unit}", ratio, ours <= most if most else None)
 
+    def lost(self, what, name, most):
+        sides = [[self.values.get(f"{name}/{side} lost_percent {value}") for value in ("mean", "least", "most")]
+                 for side in ("ours", "naive")]
+        if None in sides[0] + sides[1]:
+            return
+        ours, theirs = (f"{mean:.3g} % ({least:.2g} to {highest:.2g})" for mean, least, highest in sides)
+        ratio = f"{sides[0][0] / sides[1][0]:.3f}" if sides[1][0] else "–"
+        self.row(what + ", against naive", f"≤ {most} %", ours, theirs, ratio, sides[0][0] <= most)
+
     def alone(self, what, name):
         if name in self.values:
             self.row(what, "–", duration(self.values[name]), "–", "–", None)
@@ -108,7 +121,7 @@ def main():
         table.share(f"GUI thread's processor time per tick, {load}", f"tick/{load}", "naive", 0.5)
     for load, most in (("50+100", 0.1), ("200+300", 0.2)):
         table.counter(f"lock held, of 200 ms, with threads, {load}", f"threads/{load}", "locked_percent", "%", most)
-        table.counter(f"lines lost at 1000 a second, {load}", f"threads/{load}", "lost_percent", "%", 0.15)
+        table.lost(f"lines lost at 1000 a second, {load}", f"threads/{load}", 0.15)
     table.flat("moving bodies", "redraw6d/moving/{}/ours", (10, 1000))
     table.flat("still bodies", "redraw6d/still/{}/ours", (10, 1000))
     table.flat("markers", "redraw3d/{}/ours", (10, 300))
