@@ -25,7 +25,7 @@ QString numbered(const QString &text, qint32 number)
 
 FilterBodyEntry wandor(qint32 number)
 {
-    return {numbered(QStringLiteral("wandor b%1"), number),
+    return {numbered(QStringLiteral("wandor b%1"), number).toLatin1(),
             numbered(QCoreApplication::translate("FilterDialog", "Wandor body %1"), number), false};
 }
 
@@ -35,6 +35,12 @@ int milliseconds(double seconds)
 }
 
 } // namespace
+
+bool FilterIdOrder::operator()(const QByteArray &left, const QByteArray &right) const
+{
+    const int order = QString::fromUtf8(left).compare(QString::fromUtf8(right));
+    return order != 0 ? order < 0 : left < right;
+}
 
 double finiteNumber(double value) noexcept
 {
@@ -98,7 +104,7 @@ QVector<FilterPresetEntry> FilterCapabilities::presets() const
         if (!description)
             continue;
         const bool forInertialBodies = *id == "preset6d_default" || *id == "preset6d_med_pred";
-        entries.append({QString::fromUtf8(*id), unquoted(*description), forInertialBodies});
+        entries.append({*id, unquoted(*description), forInertialBodies});
     }
     return entries;
 }
@@ -115,7 +121,7 @@ QVector<FilterModeEntry> FilterCapabilities::modes() const
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()));
         if (description)
-            entries.append({QString::fromUtf8(*id), unquoted(*description)});
+            entries.append({*id, unquoted(*description)});
     }
     return entries;
 }
@@ -138,7 +144,7 @@ FilterChoices FilterCapabilities::presetsOf(const QByteArray &bodyId) const
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d preset_desc %s", id->constData()),
                        "get filter 6d preset description");
-        choices.insert(QString::fromUtf8(*id), unquoted(description.value_or(*id)));
+        choices[*id] = unquoted(description.value_or(*id));
     }
     return choices;
 }
@@ -161,7 +167,7 @@ FilterChoices FilterCapabilities::modesOf(const QByteArray &bodyId) const
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()),
                        "get filter 6d mode description");
-        choices.insert(QString::fromUtf8(*id), unquoted(description.value_or(*id)));
+        choices[*id] = unquoted(description.value_or(*id));
     }
     return choices;
 }
@@ -191,7 +197,7 @@ FilterBodyEntry FilterCapabilities::standardBody(qint32 number) const
     const QString plainDescription = unquoted(description.value_or(QByteArray()));
     if (!plainDescription.isEmpty())
         name += QLatin1String(" (") + plainDescription + QLatin1Char(')');
-    return {numbered(QStringLiteral("standard b%1"), number), name, sensor.value_or("none") != "none"};
+    return {numbered(QStringLiteral("standard b%1"), number).toLatin1(), name, sensor.value_or("none") != "none"};
 }
 
 QVector<FilterBodyEntry> FilterCapabilities::calibratedStandardBodies() const

@@ -3,32 +3,40 @@
 #pragma once
 
 #include <QByteArray>
-#include <QMap>
 #include <QString>
 #include <QVector>
+
+#include <map>
 
 class IOManager;
 struct BackendVersions;
 
+// Identifiers of presets and modes are the backend's bytes, in whatever encoding: they are sent back as they came.
+
 /// A preset of the list for all bodies.
 struct FilterPresetEntry {
-    QString id;
+    QByteArray id;
     QString description;
     bool forInertialBodies = false; ///< offered to bodies with an inertial sensor, too
 };
 
 /// A mode of the list for all bodies.
 struct FilterModeEntry {
-    QString id;
+    QByteArray id;
     QString description;
 };
 
+/// Sorts identifiers as texts, by UTF-16 code units; those with the same text, none of it UTF-8, as bytes.
+struct FilterIdOrder {
+    bool operator()(const QByteArray &left, const QByteArray &right) const;
+};
+
 /// The presets or modes that one body may use: description by identifier.
-using FilterChoices = QMap<QString, QString>;
+using FilterChoices = std::map<QByteArray, QString, FilterIdOrder>;
 
 /// A body whose filter may be set.
 struct FilterBodyEntry {
-    QString id; ///< "standard b01", "wandor b12"
+    QByteArray id; ///< "standard b01", "wandor b12"
     QString name; ///< for the operator, with the backend's description
     bool hasInertialSensor = false;
 };

@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filtercontrols.h"
 
-FilterControls controlsFor(const QString &preset, bool active)
+FilterControls controlsFor(const QByteArray &preset, bool active)
 {
-    const bool custom = preset.contains(QLatin1String("preset6d_")) && preset.contains(QLatin1String("_custom"));
-    const bool hybrid = preset.contains(QLatin1String("hybrid"));
+    const bool custom = preset.contains("preset6d_") && preset.contains("_custom");
+    const bool hybrid = preset.contains("hybrid");
     FilterControls controls;
     controls.strengthShown = !hybrid;
     controls.strengthEnabled = active && custom && !hybrid;

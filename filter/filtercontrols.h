@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include <QByteArray>
 
 /// Which controls of the filter dialog are shown and enabled.
 struct FilterControls {
@@ -14,4 +14,4 @@ struct FilterControls {
 
 /// The controls for a body whose preset has the identifier \a preset (empty: none) and whose filter is \a active.
 /// The settings of a custom preset are the operator's; a hybrid preset has no strength.
-FilterControls controlsFor(const QString &preset, bool active);
+FilterControls controlsFor(const QByteArray &preset, bool active);

@@ -14,7 +14,7 @@ namespace {
 /// The user data of item \a index, to be sent to the backend; empty without such an item.
 QByteArray idOf(const QComboBox *comboBox, int index)
 {
-    return comboBox->itemData(index).toString().toUtf8();
+    return comboBox->itemData(index).toByteArray();
 }
 
 } // namespace
@@ -144,11 +144,11 @@ void FilterDialog::on_checkBox_active_stateChanged(int state)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     Query query(*ioManager);
     query.accepted(
         ioManager->sendCommand("body filter6d_enabled %s %s", body.constData(), state == Qt::Checked ? "yes" : "no"),
-        "activate/deactivate filter 6d for body %1", currentBody());
+        "activate/deactivate filter 6d for body %1", QString::fromLatin1(body));
     readPreset();
     readStrength();
     readPrediction();
@@ -159,11 +159,11 @@ void FilterDialog::on_comboBox_preset_currentIndexChanged(int index)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     Query query(*ioManager);
     query.accepted(ioManager->sendCommand("body filter6d_preset %s %s", body.constData(),
                                           idOf(ui->comboBox_preset, index).constData()),
-                   "set filter 6d preset for body %1", currentBody());
+                   "set filter 6d preset for body %1", QString::fromLatin1(body));
     readStrength();
     readPrediction();
     readMode();
@@ -173,33 +173,33 @@ void FilterDialog::on_doubleSpinBox_strength_editingFinished()
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     Query query(*ioManager);
     query.accepted(
         ioManager->sendCommand("body filter6d_strength %s %f", body.constData(), ui->doubleSpinBox_strength->value()),
-        "set filter 6d strength for body %1", currentBody());
+        "set filter 6d strength for body %1", QString::fromLatin1(body));
 }
 
 void FilterDialog::on_spinBox_prediction_editingFinished()
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     Query query(*ioManager);
     query.accepted(ioManager->sendCommand("body filter6d_prediction %s %f", body.constData(),
                                           ui->spinBox_prediction->value() / 1000.0),
-                   "set filter 6d prediction for body %1", currentBody());
+                   "set filter 6d prediction for body %1", QString::fromLatin1(body));
 }
 
 void FilterDialog::on_comboBox_mode_currentIndexChanged(int index)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     Query query(*ioManager);
     query.accepted(ioManager->sendCommand("body filter6d_mode %s %s", body.constData(),
                                           idOf(ui->comboBox_mode, index).constData()),
-                   "set filter 6d mode for body %1", currentBody());
+                   "set filter 6d mode for body %1", QString::fromLatin1(body));
 }
 
 void FilterDialog::on_pushButton_exit_clicked()

@@ -56,8 +56,8 @@ private:
     void load(int tabIndex, int bodyIndex);
     void setControlsEnabled(bool enabled);
     void fillBodies(int tabIndex, int bodyIndex);
-    void fillPresets(const QString &bodyId);
-    void fillModes(const QString &bodyId);
+    void fillPresets(const QByteArray &bodyId);
+    void fillModes(const QByteArray &bodyId);
     void replaceItems(QComboBox *comboBox, const FilterChoices &choices);
 
     void readAll();
@@ -69,14 +69,14 @@ private:
 
     static QString unavailableText(int tabIndex);
     FilterCapabilities capabilities() const;
-    QString currentBody() const; ///< "standard b01"; empty without a current item
-    QString currentPreset() const; ///< likewise
+    QByteArray currentBody() const; ///< "standard b01"; empty without a current item
+    QByteArray currentPreset() const; ///< likewise
 
     std::unique_ptr<Ui::FilterDialog> ui;
     IOManager *ioManager = nullptr;
     BackendVersions *versions = nullptr;
     bool ready = false; ///< while false, changes of the controls are the dialog's own and are not sent
-    QMap<QString, bool> inertialBodies; ///< by body identifier: whether it has an inertial sensor
+    QMap<QByteArray, bool> inertialBodies; ///< by body identifier: whether it has an inertial sensor
     QVector<FilterPresetEntry> presets; ///< of all bodies, in the order of the backend
     bool locked = false;
     QPointer<FilterHelp> help; ///< while it is open

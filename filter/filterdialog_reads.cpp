@@ -11,14 +11,14 @@
 
 #include <QScopedValueRollback>
 
-QString FilterDialog::currentBody() const
+QByteArray FilterDialog::currentBody() const
 {
-    return ui->comboBox_body->currentData().toString();
+    return ui->comboBox_body->currentData().toByteArray();
 }
 
-QString FilterDialog::currentPreset() const
+QByteArray FilterDialog::currentPreset() const
 {
-    return ui->comboBox_preset->currentData().toString();
+    return ui->comboBox_preset->currentData().toByteArray();
 }
 
 void FilterDialog::fillBodies(int tabIndex, int bodyIndex)
@@ -33,10 +33,10 @@ void FilterDialog::fillBodies(int tabIndex, int bodyIndex)
     ui->comboBox_body->setEnabled(bodyIndex < 0);
 }
 
-void FilterDialog::fillPresets(const QString &bodyId)
+void FilterDialog::fillPresets(const QByteArray &bodyId)
 {
     if (capabilities().hasListsPerBody()) {
-        replaceItems(ui->comboBox_preset, capabilities().presetsOf(bodyId.toUtf8()));
+        replaceItems(ui->comboBox_preset, capabilities().presetsOf(bodyId));
         return;
     }
     const QScopedValueRollback<bool> quiet(ready, false);
@@ -48,23 +48,23 @@ void FilterDialog::fillPresets(const QString &bodyId)
     }
 }
 
-void FilterDialog::fillModes(const QString &bodyId)
+void FilterDialog::fillModes(const QByteArray &bodyId)
 {
     if (capabilities().hasListsPerBody())
-        replaceItems(ui->comboBox_mode, capabilities().modesOf(bodyId.toUtf8()));
+        replaceItems(ui->comboBox_mode, capabilities().modesOf(bodyId));
 }
 
 void FilterDialog::replaceItems(QComboBox *comboBox, const FilterChoices &choices)
 {
     FilterChoices present;
     for (int i = 0; i < comboBox->count(); ++i)
-        present.insert(comboBox->itemData(i).toString(), comboBox->itemText(i));
+        present[comboBox->itemData(i).toByteArray()] = comboBox->itemText(i);
     if (present == choices)
         return; // and the current item survives
     const QScopedValueRollback<bool> quiet(ready, false);
     comboBox->clear();
-    for (auto choice = choices.cbegin(); choice != choices.cend(); ++choice)
-        comboBox->addItem(choice.value(), choice.key());
+    for (const auto &[id, description] : choices)
+        comboBox->addItem(description, id);
 }
 
 void FilterDialog::readAll()
@@ -81,7 +81,7 @@ void FilterDialog::readAll()
 
 void FilterDialog::readActive()
 {
-    const QByteArray body = currentBody().toUtf8();
+    const QByteArray body = currentBody();
     if (body.isEmpty()) {
         ui->checkBox_active->setChecked(false);
         return;
@@ -99,7 +99,7 @@ void FilterDialog::readActive()
 
 void FilterDialog::readPreset()
 {
-    const QString body = currentBody();
+    const QByteArray body = currentBody();
     if (body.isEmpty()) {
         ui->comboBox_preset->setCurrentIndex(-1);
         return;
@@ -107,27 +107,27 @@ void FilterDialog::readPreset()
     fillPresets(body);
     Query query(*ioManager);
     const auto preset =
-        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_preset %s", body.toUtf8().constData()),
-                   "get filter 6d preset for body %1", body);
+        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_preset %s", body.constData()),
+                   "get filter 6d preset for body %1", QString::fromLatin1(body));
     if (!preset) {
         ui->comboBox_preset->setEnabled(false);
         return;
     }
-    ui->comboBox_preset->setCurrentIndex(ui->comboBox_preset->findData(QString::fromUtf8(*preset)));
+    ui->comboBox_preset->setCurrentIndex(ui->comboBox_preset->findData(*preset));
     ui->comboBox_preset->setEnabled(ui->checkBox_active->isChecked());
 }
 
 void FilterDialog::readStrength()
 {
-    const QString body = currentBody();
+    const QByteArray body = currentBody();
     if (body.isEmpty()) {
         ui->doubleSpinBox_strength->setValue(0.0);
         return;
     }
     Query query(*ioManager);
-    const double strength = query.number(
-        ioManager->requestDouble(query.doubleBuffer(), "body filter6d_strength %s", body.toUtf8().constData()),
-        "get filter 6d strength for body %1", body);
+    const double strength =
+        query.number(ioManager->requestDouble(query.doubleBuffer(), "body filter6d_strength %s", body.constData()),
+                     "get filter 6d strength for body %1", QString::fromLatin1(body));
     ui->doubleSpinBox_strength->setValue(finiteNumber(strength));
 
     const FilterControls controls = controlsFor(currentPreset(), ui->checkBox_active->isChecked());
@@ -138,15 +138,15 @@ void FilterDialog::readStrength()
 
 void FilterDialog::readPrediction()
 {
-    const QString body = currentBody();
+    const QByteArray body = currentBody();
     if (body.isEmpty()) {
         ui->spinBox_prediction->setValue(0);
         return;
     }
     Query query(*ioManager);
-    const double seconds = query.number(
-        ioManager->requestDouble(query.doubleBuffer(), "body filter6d_prediction %s", body.toUtf8().constData()),
-        "get filter 6d prediction for body %1", body);
+    const double seconds =
+        query.number(ioManager->requestDouble(query.doubleBuffer(), "body filter6d_prediction %s", body.constData()),
+                     "get filter 6d prediction for body %1", QString::fromLatin1(body));
     ui->spinBox_prediction->setValue(saturatedInt(seconds * 1000.0));
     ui->spinBox_prediction->setEnabled(
         controlsFor(currentPreset(), ui->checkBox_active->isChecked()).predictionEnabled);
@@ -154,19 +154,19 @@ void FilterDialog::readPrediction()
 
 void FilterDialog::readMode()
 {
-    const QString body = currentBody();
+    const QByteArray body = currentBody();
     if (body.isEmpty())
         return;
     fillModes(body);
     Query query(*ioManager);
     const auto mode =
-        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_mode %s", body.toUtf8().constData()),
-                   "get filter 6d mode for body %1", body);
+        query.text(ioManager->requestString(query.textBuffer(), "body filter6d_mode %s", body.constData()),
+                   "get filter 6d mode for body %1", QString::fromLatin1(body));
     const QScopedValueRollback<bool> quiet(ready, false);
     if (!mode) {
         ui->comboBox_mode->setCurrentIndex(-1);
         return;
     }
-    ui->comboBox_mode->setCurrentIndex(ui->comboBox_mode->findData(QString::fromUtf8(*mode)));
+    ui->comboBox_mode->setCurrentIndex(ui->comboBox_mode->findData(*mode));
     ui->comboBox_mode->setEnabled(controlsFor(currentPreset(), ui->checkBox_active->isChecked()).modeEnabled);
 }

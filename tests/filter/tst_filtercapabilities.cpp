@@ -105,7 +105,7 @@ void TestFilterCapabilities::presetsOfAllBodies()
     QStringList found;
     const QVector<FilterPresetEntry> presets = FilterCapabilities(host, backendVersion(1, 12)).presets();
     for (const FilterPresetEntry &preset : presets)
-        found << preset.id + QLatin1Char('=') + preset.description
+        found << QString::fromUtf8(preset.id) + QLatin1Char('=') + preset.description
                 + (preset.forInertialBodies ? QLatin1String("+") : QLatin1String("-"));
     QCOMPARE(found.join(QLatin1String("; ")),
              QStringLiteral("preset6d_default=Default+; preset6d_med_pred=Medium prediction+; "
@@ -117,7 +117,7 @@ void TestFilterCapabilities::modesOfAllBodies()
     QStringList found;
     const QVector<FilterModeEntry> modes = FilterCapabilities(host, backendVersion(1, 12)).modes();
     for (const FilterModeEntry &mode : modes)
-        found << mode.id + QLatin1Char('=') + mode.description;
+        found << QString::fromUtf8(mode.id) + QLatin1Char('=') + mode.description;
     QCOMPARE(found.join(QLatin1String("; ")), QStringLiteral("mode6d_static=Static; mode6d_fast=Fast"));
 }
 
@@ -128,7 +128,7 @@ void TestFilterCapabilities::choicesOfABody()
     host.answers["body filter6d_preset_available standard b01 preset6d_med_pred"] = "false";
     host.answers.remove("body filter6d_preset_available standard b01 preset6d_hybrid_custom");
     host.answers["filter6d preset_desc preset6d_default"] = "\"\"Default\"";
-    const FilterChoices expected{{QStringLiteral("preset6d_default"), QStringLiteral("Default")}};
+    const FilterChoices expected{{QByteArray("preset6d_default"), QStringLiteral("Default")}};
     QCOMPARE(FilterCapabilities(host, backendVersion(1, 21)).presetsOf("standard b01"), expected);
     const QByteArrayList logged{"Error: Unable to get filter 6d preset id available",
                                 "Error: Unable to get filter 6d preset id"};
@@ -162,10 +162,10 @@ void TestFilterCapabilities::numbersOfBodies_data()
 {
     QTest::addColumn<int>("tab");
     QTest::addColumn<int>("index");
-    QTest::addColumn<QString>("id");
+    QTest::addColumn<QByteArray>("id");
     QTest::addColumn<QString>("name");
     const auto row = [](int tab, int index, const char *id, const char *name) {
-        QTest::newRow(id) << tab << index << QString::fromLatin1(id) << QString::fromLatin1(name);
+        QTest::newRow(id) << tab << index << QByteArray(id) << QString::fromLatin1(name);
     };
     row(0, 6, "standard b07", "standard body 07 (Big hand)");
     row(0, 11, "standard b12", "standard body 12");

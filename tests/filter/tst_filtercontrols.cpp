@@ -14,14 +14,14 @@ private slots:
 
 void TestFilterControls::presetDecides_data()
 {
-    QTest::addColumn<QString>("preset");
+    QTest::addColumn<QByteArray>("preset");
     QTest::addColumn<bool>("active");
     QTest::addColumn<bool>("strengthShown");
     QTest::addColumn<bool>("strengthEnabled");
     QTest::addColumn<bool>("predictionAndModeEnabled");
 
     const auto row = [](const char *name, const char *preset, bool active, bool shown, bool strength, bool others) {
-        QTest::newRow(name) << QString::fromLatin1(preset) << active << shown << strength << others;
+        QTest::newRow(name) << QByteArray(preset) << active << shown << strength << others;
     };
     row("a custom preset opens everything", "preset6d_custom", true, true, true, true);
     row("an inactive filter closes everything", "preset6d_custom", false, true, false, false);
@@ -41,7 +41,7 @@ void TestFilterControls::presetDecides_data()
 
 void TestFilterControls::presetDecides()
 {
-    QFETCH(QString, preset);
+    QFETCH(QByteArray, preset);
     QFETCH(bool, active);
     const FilterControls controls = controlsFor(preset, active);
     QTEST(controls.strengthShown, "strengthShown");
