@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -29,11 +30,6 @@ FilterBodyEntry wandor(qint32 number)
             numbered(QCoreApplication::translate("FilterDialog", "Wandor body %1"), number), false};
 }
 
-int milliseconds(double seconds)
-{
-    return saturatedInt(seconds * 1000.0);
-}
-
 } // namespace
 
 bool FilterIdOrder::operator()(const QByteArray &left, const QByteArray &right) const
@@ -48,6 +44,11 @@ double finiteNumber(double value) noexcept
         return 0.0;
     constexpr double largest = std::numeric_limits<double>::max();
     return std::isinf(value) ? std::copysign(largest, value) : value;
+}
+
+int milliseconds(double seconds) noexcept
+{
+    return saturatedInt(seconds * 1000.0);
 }
 
 bool FilterCapabilities::isAvailable(int tabIndex) const
@@ -81,12 +82,15 @@ FilterLimits FilterCapabilities::limits() const
     FilterLimits limits;
     limits.strengthMin =
         finiteNumber(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit strength_min")));
-    limits.strengthMax =
-        finiteNumber(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit strength_max")));
-    limits.predictionMin =
-        milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_min")));
-    limits.predictionMax =
-        milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_max")));
+    if (isWanted())
+        limits.strengthMax =
+            finiteNumber(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit strength_max")));
+    if (isWanted())
+        limits.predictionMin =
+            milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_min")));
+    if (isWanted())
+        limits.predictionMax =
+            milliseconds(query.number(io.requestDouble(query.doubleBuffer(), "filter6d limit prediction_max")));
     return limits;
 }
 
@@ -95,9 +99,9 @@ QVector<FilterPresetEntry> FilterCapabilities::presets() const
     QVector<FilterPresetEntry> entries;
     Query query(io);
     const qint32 count = query.count(io.requestInt(query.intBuffer(), "filter6d number_of_presets"));
-    for (qint32 k = 1; k <= count; ++k) {
+    for (qint32 k = 1; k <= count && isWanted(); ++k) {
         const auto id = query.text(io.requestString(query.textBuffer(), "filter6d preset_id t%.2d", k));
-        if (!id)
+        if (!id || !isWanted())
             continue;
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d preset_desc %s", id->constData()));
@@ -114,9 +118,9 @@ QVector<FilterModeEntry> FilterCapabilities::modes() const
     QVector<FilterModeEntry> entries;
     Query query(io);
     const qint32 count = query.count(io.requestInt(query.intBuffer(), "filter6d number_of_modes"));
-    for (qint32 k = 1; k <= count; ++k) {
+    for (qint32 k = 1; k <= count && isWanted(); ++k) {
         const auto id = query.text(io.requestString(query.textBuffer(), "filter6d mode_id t%.2d", k));
-        if (!id)
+        if (!id || !isWanted())
             continue;
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()));
@@ -132,14 +136,15 @@ FilterChoices FilterCapabilities::presetsOf(const QByteArray &bodyId) const
     Query query(io);
     const qint32 count =
         query.count(io.requestInt(query.intBuffer(), "filter6d number_of_presets"), "get number of filter 6d presets");
-    for (qint32 k = 1; k <= count; ++k) {
+    for (qint32 k = 1; k <= count && isWanted(); ++k) {
         const auto id =
             query.text(io.requestString(query.textBuffer(), "filter6d preset_id t%02d", k), "get filter 6d preset id");
-        if (!id)
+        if (!id || !isWanted())
             continue;
         if (!query.flag(io.requestBool(query.boolBuffer(), "body filter6d_preset_available %s %s", bodyId.constData(),
                                        id->constData()),
-                        "get filter 6d preset id available"))
+                        "get filter 6d preset id available")
+            || !isWanted())
             continue;
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d preset_desc %s", id->constData()),
@@ -155,14 +160,15 @@ FilterChoices FilterCapabilities::modesOf(const QByteArray &bodyId) const
     Query query(io);
     const qint32 count =
         query.count(io.requestInt(query.intBuffer(), "filter6d number_of_modes"), "get number of filter 6d modes");
-    for (qint32 k = 1; k <= count; ++k) {
+    for (qint32 k = 1; k <= count && isWanted(); ++k) {
         const auto id =
             query.text(io.requestString(query.textBuffer(), "filter6d mode_id t%02d", k), "get filter 6d mode id");
-        if (!id)
+        if (!id || !isWanted())
             continue;
         if (!query.flag(io.requestBool(query.boolBuffer(), "body filter6d_mode_available %s %s", bodyId.constData(),
                                        id->constData()),
-                        "get filter 6d mode id available"))
+                        "get filter 6d mode id available")
+            || !isWanted())
             continue;
         const auto description =
             query.text(io.requestString(query.textBuffer(), "filter6d mode_desc %s", id->constData()),
@@ -191,7 +197,9 @@ FilterBodyEntry FilterCapabilities::standardBody(qint32 number) const
 {
     Query query(io);
     const auto sensor = query.text(io.requestString(query.textBuffer(), "body inertial_sensor standard b%.2d", number));
-    const auto description = query.text(io.requestString(query.textBuffer(), "body desc standard b%.2d", number));
+    std::optional<QByteArray> description;
+    if (isWanted())
+        description = query.text(io.requestString(query.textBuffer(), "body desc standard b%.2d", number));
 
     QString name = numbered(QCoreApplication::translate("FilterDialog", "standard body %1"), number);
     const QString plainDescription = unquoted(description.value_or(QByteArray()));
@@ -205,8 +213,8 @@ QVector<FilterBodyEntry> FilterCapabilities::calibratedStandardBodies() const
     QVector<FilterBodyEntry> entries;
     Query query(io);
     const qint32 count = query.count(io.requestInt(query.intBuffer(), "body number_of_bodies standard"));
-    for (qint32 number = 1; number <= count; ++number) {
-        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated standard b%.2d", number)))
+    for (qint32 number = 1; number <= count && isWanted(); ++number) {
+        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated standard b%.2d", number)) && isWanted())
             entries.append(standardBody(number));
     }
     return entries;
@@ -217,8 +225,8 @@ QVector<FilterBodyEntry> FilterCapabilities::calibratedWandors() const
     QVector<FilterBodyEntry> entries;
     Query query(io);
     const qint32 count = query.count(io.requestInt(query.intBuffer(), "wandor number_of_devices"));
-    for (qint32 number = 1; number <= count; ++number) {
-        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated wandor b%.2d", number)))
+    for (qint32 number = 1; number <= count && isWanted(); ++number) {
+        if (query.isYes(io.requestString(query.textBuffer(), "body calibrated wandor b%.2d", number)) && isWanted())
             entries.append(wandor(number));
     }
     return entries;

@@ -6,7 +6,9 @@
 #include <QString>
 #include <QVector>
 
+#include <functional>
 #include <map>
+#include <utility>
 
 class IOManager;
 struct BackendVersions;
@@ -51,14 +53,21 @@ struct FilterLimits {
 /// \a value, the nearest finite number for an infinite one, 0 for NaN: a spin box can't hold the others.
 double finiteNumber(double value) noexcept;
 
+/// The backend's \a seconds in whole milliseconds, cut towards 0; saturates.
+int milliseconds(double seconds) noexcept;
+
 /// What the backend offers: asks anew at every call and keeps nothing. Texts come back without double quotes, those of
 /// identifiers as they are. Only presetsOf() and modesOf() log their failures.
 class FilterCapabilities {
 public:
-    /// Both are the host's and outlive this object.
-    FilterCapabilities(IOManager &ioManager, const BackendVersions &backendVersions)
+    /// Both are the host's and outlive this object. As soon as \a wanted says no no more is asked, and what comes back
+    /// is of no use: a host may take the questioner away while it answers.
+    FilterCapabilities(
+        IOManager &ioManager, const BackendVersions &backendVersions,
+        std::function<bool()> wanted = [] { return true; })
         : io(ioManager)
         , versions(backendVersions)
+        , isWanted(std::move(wanted))
     {
     }
 
@@ -86,4 +95,5 @@ private:
 
     IOManager &io;
     const BackendVersions &versions;
+    std::function<bool()> isWanted;
 };

@@ -8,6 +8,9 @@
 #include "ui_filterdialog.h"
 
 #include <QKeyEvent>
+#include <QScopedValueRollback>
+
+#include <utility>
 
 namespace {
 
@@ -19,6 +22,31 @@ QByteArray idOf(const QComboBox *comboBox, int index)
 
 } // namespace
 
+/// Stands for one of the dialog's functions that talk to the host, as long as it is at work. One that begins while
+/// another waits for the host has come in by itself and overtakes it.
+class FilterDialog::Work {
+public:
+    explicit Work(FilterDialog &filterDialog)
+        : dialog(filterDialog)
+        , continues(std::exchange(dialog.applying, false))
+    {
+        if (dialog.working > 0 && !continues)
+            ++dialog.turn;
+        ++dialog.working;
+    }
+    ~Work()
+    {
+        dialog.applying = continues;
+        if (--dialog.working == 0 && dialog.orphaned)
+            dialog.deleteLater();
+    }
+    Q_DISABLE_COPY_MOVE(Work)
+
+private:
+    FilterDialog &dialog;
+    bool continues; ///< another function, which waits for this one's end
+};
+
 FilterDialog::FilterDialog(IOManager *io, QWidget *parent, BackendVersions *backendVersions)
     : QDialog(parent)
     , ui(std::make_unique<Ui::FilterDialog>())
@@ -27,15 +55,12 @@ FilterDialog::FilterDialog(IOManager *io, QWidget *parent, BackendVersions *back
 {
     ui->setupUi(this);
     connectSlots();
-    if (parent)
+    if (parent) {
         setWindowIcon(parent->windowIcon());
-    presets = capabilities().presets();
-    applyLimits();
-    if (capabilities().hasListsPerBody())
-        return;
-    const QVector<FilterModeEntry> modes = capabilities().modes();
-    for (const FilterModeEntry &mode : modes)
-        ui->comboBox_mode->addItem(mode.description, mode.id);
+        connect(parent, &QObject::destroyed, this, &FilterDialog::outliveParent);
+    }
+    const Work atWork(*this);
+    readListsOfAllBodies();
 }
 
 FilterDialog::~FilterDialog()
@@ -47,14 +72,49 @@ FilterDialog::~FilterDialog()
 
 int FilterDialog::update_and_exec(int iTabIndex, int iBodyindex)
 {
-    const bool available = capabilities().isAvailable(iTabIndex);
-    locked = capabilities().isLocked();
-    setControlsEnabled(available && !locked);
-    if (available && !locked)
-        load(iTabIndex, iBodyindex);
-    else if (!locked) // a locked configuration shows in the disabled controls, without a message
-        ui->label_error->setText(unavailableText(iTabIndex));
-    return exec(); // the dialog may be gone by now
+    if (orphaned)
+        return QDialog::Rejected;
+    bool loaded = false;
+    {
+        const Work atWork(*this);
+        loaded = load(iTabIndex, iBodyindex);
+    }
+    return loaded ? exec() : result(); // the dialog may be gone by now
+}
+
+/// Does \a steps, which return false when they were overtaken. Then everything is read anew: what the answers so far
+/// said may no longer be true.
+void FilterDialog::work(const std::function<bool()> &steps)
+{
+    const Work atWork(*this);
+    bool done = steps();
+    while (!done && working == 1 && !orphaned)
+        done = readAll();
+}
+
+/// Lets \a change set controls. Slots that it fires belong to the function at work: they don't overtake it.
+/// Returns whether it was not overtaken all the same, while one of them waited for the host.
+bool FilterDialog::apply(const std::function<void()> &change)
+{
+    const int before = turn;
+    const QScopedValueRollback<bool> own(applying, true);
+    change();
+    return turn == before;
+}
+
+/// The parent is being destroyed, and its children are next. Functions of the dialog that wait for the host, and Qt's
+/// functions that have called them, still need the dialog.
+void FilterDialog::outliveParent()
+{
+    if (working == 0)
+        return;
+    orphaned = true;
+    ready = false;
+    ++turn;
+    if (FilterHelp *open = help)
+        open->reject();
+    reject();
+    setParent(nullptr, windowFlags());
 }
 
 // Not by name: of the two signals currentIndexChanged() of a combo box Qt would take the first for the slot without an
@@ -73,22 +133,46 @@ void FilterDialog::connectSlots()
     connect(ui->pushButton_exit, &QPushButton::clicked, this, &FilterDialog::on_pushButton_exit_clicked);
 }
 
-void FilterDialog::applyLimits()
+void FilterDialog::readListsOfAllBodies()
 {
-    const FilterLimits limits = capabilities().limits();
+    const FilterCapabilities asked = capabilities();
+    presets = asked.presets();
+    if (orphaned)
+        return;
+    const FilterLimits limits = asked.limits();
+    if (orphaned)
+        return;
     ui->doubleSpinBox_strength->setMinimum(limits.strengthMin);
     ui->doubleSpinBox_strength->setMaximum(limits.strengthMax);
     ui->spinBox_prediction->setMinimum(limits.predictionMin);
     ui->spinBox_prediction->setMaximum(limits.predictionMax);
+    if (asked.hasListsPerBody())
+        return;
+    const QVector<FilterModeEntry> modes = asked.modes();
+    for (const FilterModeEntry &mode : modes)
+        ui->comboBox_mode->addItem(mode.description, mode.id);
 }
 
-void FilterDialog::load(int tabIndex, int bodyIndex)
+bool FilterDialog::load(int tabIndex, int bodyIndex)
 {
+    const int asked = turn;
+    const bool available = capabilities().isAvailable(tabIndex);
+    if (turn != asked)
+        return false;
+    const bool locked = capabilities().isLocked();
+    if (turn != asked || !apply([=] { setControlsEnabled(available && !locked); }))
+        return false;
+    if (!available || locked) {
+        if (!locked) // a locked configuration shows in the disabled controls, without a message
+            ui->label_error->setText(unavailableText(tabIndex));
+        return true;
+    }
     ui->label_error->setText(QString());
     ready = false;
-    fillBodies(tabIndex, bodyIndex);
-    readAll();
+    if (!fillBodies(tabIndex, bodyIndex) || !readAll())
+        return false;
     ready = true;
+    return true;
 }
 
 void FilterDialog::setControlsEnabled(bool enabled)
@@ -112,7 +196,7 @@ QString FilterDialog::unavailableText(int tabIndex)
 
 FilterCapabilities FilterDialog::capabilities() const
 {
-    return {*ioManager, *versions};
+    return {*ioManager, *versions, [this, asked = turn] { return turn == asked; }};
 }
 
 void FilterDialog::keyPressEvent(QKeyEvent *event)
@@ -137,69 +221,82 @@ void FilterDialog::on_pushButton_help_clicked()
 void FilterDialog::on_comboBox_body_currentIndexChanged()
 {
     if (ready)
-        readAll();
+        work([this] { return readAll(); });
 }
 
 void FilterDialog::on_checkBox_active_stateChanged(int state)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody();
-    Query query(*ioManager);
-    query.accepted(
-        ioManager->sendCommand("body filter6d_enabled %s %s", body.constData(), state == Qt::Checked ? "yes" : "no"),
-        "activate/deactivate filter 6d for body %1", QString::fromLatin1(body));
-    readPreset();
-    readStrength();
-    readPrediction();
-    readMode();
+    work([this, state] {
+        const int asked = turn;
+        const QByteArray body = currentBody();
+        Query query(*ioManager);
+        query.accepted(ioManager->sendCommand("body filter6d_enabled %s %s", body.constData(),
+                                              state == Qt::Checked ? "yes" : "no"),
+                       "activate/deactivate filter 6d for body %1", QString::fromLatin1(body));
+        return turn == asked && readPreset() && readDependants();
+    });
 }
 
 void FilterDialog::on_comboBox_preset_currentIndexChanged(int index)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody();
-    Query query(*ioManager);
-    query.accepted(ioManager->sendCommand("body filter6d_preset %s %s", body.constData(),
-                                          idOf(ui->comboBox_preset, index).constData()),
-                   "set filter 6d preset for body %1", QString::fromLatin1(body));
-    readStrength();
-    readPrediction();
-    readMode();
+    work([this, index] {
+        const int asked = turn;
+        const QByteArray body = currentBody();
+        Query query(*ioManager);
+        query.accepted(ioManager->sendCommand("body filter6d_preset %s %s", body.constData(),
+                                              idOf(ui->comboBox_preset, index).constData()),
+                       "set filter 6d preset for body %1", QString::fromLatin1(body));
+        return turn == asked && readDependants();
+    });
 }
 
 void FilterDialog::on_doubleSpinBox_strength_editingFinished()
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody();
-    Query query(*ioManager);
-    query.accepted(
-        ioManager->sendCommand("body filter6d_strength %s %f", body.constData(), ui->doubleSpinBox_strength->value()),
-        "set filter 6d strength for body %1", QString::fromLatin1(body));
+    work([this] {
+        const int asked = turn;
+        const QByteArray body = currentBody();
+        Query query(*ioManager);
+        query.accepted(ioManager->sendCommand("body filter6d_strength %s %f", body.constData(),
+                                              ui->doubleSpinBox_strength->value()),
+                       "set filter 6d strength for body %1", QString::fromLatin1(body));
+        return turn == asked;
+    });
 }
 
 void FilterDialog::on_spinBox_prediction_editingFinished()
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody();
-    Query query(*ioManager);
-    query.accepted(ioManager->sendCommand("body filter6d_prediction %s %f", body.constData(),
-                                          ui->spinBox_prediction->value() / 1000.0),
-                   "set filter 6d prediction for body %1", QString::fromLatin1(body));
+    work([this] {
+        const int asked = turn;
+        const QByteArray body = currentBody();
+        Query query(*ioManager);
+        query.accepted(ioManager->sendCommand("body filter6d_prediction %s %f", body.constData(),
+                                              ui->spinBox_prediction->value() / 1000.0),
+                       "set filter 6d prediction for body %1", QString::fromLatin1(body));
+        return turn == asked;
+    });
 }
 
 void FilterDialog::on_comboBox_mode_currentIndexChanged(int index)
 {
     if (!ready)
         return;
-    const QByteArray body = currentBody();
-    Query query(*ioManager);
-    query.accepted(ioManager->sendCommand("body filter6d_mode %s %s", body.constData(),
-                                          idOf(ui->comboBox_mode, index).constData()),
-                   "set filter 6d mode for body %1", QString::fromLatin1(body));
+    work([this, index] {
+        const int asked = turn;
+        const QByteArray body = currentBody();
+        Query query(*ioManager);
+        query.accepted(ioManager->sendCommand("body filter6d_mode %s %s", body.constData(),
+                                              idOf(ui->comboBox_mode, index).constData()),
+                       "set filter 6d mode for body %1", QString::fromLatin1(body));
+        return turn == asked;
+    });
 }
 
 void FilterDialog::on_pushButton_exit_clicked()

@@ -9,6 +9,7 @@
 #include <QPointer>
 #include <QVector>
 
+#include <functional>
 #include <memory>
 
 class FilterHelp;
@@ -22,6 +23,11 @@ class FilterDialog;
 
 /// Shows and changes the backend's 6DOF filter of one body. Every change is sent at once; there is nothing to apply or
 /// to cancel. GUI thread only.
+///
+/// The host may run an event loop inside any call. What comes in there wins: a function that finds itself overtaken
+/// when it has its answer gives up, and the outermost one reads everything anew. A parent that is destroyed then leaves
+/// the dialog behind, closed and without further questions, until nothing of it is at work; it destroys itself later.
+/// Not supported: deleting the dialog itself from inside a call.
 class FilterDialog : public QDialog {
     Q_OBJECT
 
@@ -34,7 +40,7 @@ public:
 public slots:
     /// Reads everything about the bodies of a table (\a iTabIndex 0: standard bodies, 1: wandors) and runs the dialog
     /// modally; returns the result. \a iBodyindex counts from 0; below 0 all calibrated bodies are offered.
-    /// May be left with the dialog deleted: whoever owns its parent may delete both while it is open.
+    /// The dialog may have been deleted when this returns (with its parent, while it was open).
     int update_and_exec(int iTabIndex = 0, int iBodyindex = -1);
 
 private slots:
@@ -51,21 +57,29 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
 
 private:
+    class Work;
+
     void connectSlots();
-    void applyLimits();
-    void load(int tabIndex, int bodyIndex);
+    void work(const std::function<bool()> &steps);
+    bool apply(const std::function<void()> &change);
+    void outliveParent();
+
+    void readListsOfAllBodies();
+    bool load(int tabIndex, int bodyIndex);
     void setControlsEnabled(bool enabled);
-    void fillBodies(int tabIndex, int bodyIndex);
-    void fillPresets(const QByteArray &bodyId);
-    void fillModes(const QByteArray &bodyId);
+    bool fillBodies(int tabIndex, int bodyIndex);
+    bool fillPresets(const QByteArray &bodyId);
+    bool fillModes(const QByteArray &bodyId);
     void replaceItems(QComboBox *comboBox, const FilterChoices &choices);
 
-    void readAll();
-    void readActive();
-    void readPreset();
-    void readStrength();
-    void readPrediction();
-    void readMode();
+    // These return false when they were overtaken while they waited for the host, and have left the rest undone.
+    bool readAll();
+    bool readDependants();
+    bool readActive();
+    bool readPreset();
+    bool readStrength();
+    bool readPrediction();
+    bool readMode();
 
     static QString unavailableText(int tabIndex);
     FilterCapabilities capabilities() const;
@@ -78,6 +92,10 @@ private:
     bool ready = false; ///< while false, changes of the controls are the dialog's own and are not sent
     QMap<QByteArray, bool> inertialBodies; ///< by body identifier: whether it has an inertial sensor
     QVector<FilterPresetEntry> presets; ///< of all bodies, in the order of the backend
-    bool locked = false;
     QPointer<FilterHelp> help; ///< while it is open
+
+    int working = 0; ///< functions at work, one inside another
+    bool applying = false; ///< the innermost of them changes controls, and slots called now continue it
+    int turn = 0; ///< changes whenever something comes in that the functions at work did not start
+    bool orphaned = false; ///< the parent was destroyed while a function was at work
 };

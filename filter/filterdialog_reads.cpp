@@ -6,7 +6,6 @@
 #include "channel/version.h"
 #include "filter/filtercontrols.h"
 #include "interface/iomanager.h"
-#include "numbers/saturatedint.h"
 #include "ui_filterdialog.h"
 
 #include <QScopedValueRollback>
@@ -21,23 +20,31 @@ QByteArray FilterDialog::currentPreset() const
     return ui->comboBox_preset->currentData().toByteArray();
 }
 
-void FilterDialog::fillBodies(int tabIndex, int bodyIndex)
+bool FilterDialog::fillBodies(int tabIndex, int bodyIndex)
 {
+    const int asked = turn;
     ui->comboBox_body->clear();
     inertialBodies.clear();
     const QVector<FilterBodyEntry> bodies = capabilities().bodies(tabIndex, bodyIndex);
+    if (turn != asked)
+        return false;
     for (const FilterBodyEntry &body : bodies) {
         ui->comboBox_body->addItem(body.name, body.id);
         inertialBodies.insert(body.id, body.hasInertialSensor);
     }
     ui->comboBox_body->setEnabled(bodyIndex < 0);
+    return true;
 }
 
-void FilterDialog::fillPresets(const QByteArray &bodyId)
+bool FilterDialog::fillPresets(const QByteArray &bodyId)
 {
     if (capabilities().hasListsPerBody()) {
-        replaceItems(ui->comboBox_preset, capabilities().presetsOf(bodyId));
-        return;
+        const int asked = turn;
+        const FilterChoices choices = capabilities().presetsOf(bodyId);
+        if (turn != asked)
+            return false;
+        replaceItems(ui->comboBox_preset, choices);
+        return true;
     }
     const QScopedValueRollback<bool> quiet(ready, false);
     ui->comboBox_preset->clear();
@@ -46,12 +53,19 @@ void FilterDialog::fillPresets(const QByteArray &bodyId)
         if (!inertial || preset.forInertialBodies)
             ui->comboBox_preset->addItem(preset.description, preset.id);
     }
+    return true;
 }
 
-void FilterDialog::fillModes(const QByteArray &bodyId)
+bool FilterDialog::fillModes(const QByteArray &bodyId)
 {
-    if (capabilities().hasListsPerBody())
-        replaceItems(ui->comboBox_mode, capabilities().modesOf(bodyId));
+    if (!capabilities().hasListsPerBody())
+        return true;
+    const int asked = turn;
+    const FilterChoices choices = capabilities().modesOf(bodyId);
+    if (turn != asked)
+        return false;
+    replaceItems(ui->comboBox_mode, choices);
+    return true;
 }
 
 void FilterDialog::replaceItems(QComboBox *comboBox, const FilterChoices &choices)
@@ -67,106 +81,114 @@ void FilterDialog::replaceItems(QComboBox *comboBox, const FilterChoices &choice
         comboBox->addItem(description, id);
 }
 
-void FilterDialog::readAll()
+bool FilterDialog::readAll()
 {
-    readActive();
-    readPreset();
-    readStrength();
-    readPrediction();
-    readMode();
+    return readActive() && readPreset() && readDependants();
 }
 
-// The next two leave the ready flag alone: run from a slot, a state or preset other than the last body's is sent back
-// to the backend, and what depends on it is read again.
+bool FilterDialog::readDependants()
+{
+    return readStrength() && readPrediction() && readMode();
+}
 
-void FilterDialog::readActive()
+// readActive() and readPreset() do not clear `ready`: called from a slot, a changed value is sent back to the backend,
+// and its dependants are re-read. This is deliberate.
+
+bool FilterDialog::readActive()
 {
     const QByteArray body = currentBody();
-    if (body.isEmpty()) {
-        ui->checkBox_active->setChecked(false);
-        return;
-    }
+    if (body.isEmpty())
+        return apply([this] { ui->checkBox_active->setChecked(false); });
+    const int asked = turn;
     Query query(*ioManager);
-    ui->checkBox_active->setChecked(
-        query.isYes(ioManager->requestString(query.textBuffer(), "body filter6d_enabled %s", body.constData())));
+    const bool active =
+        query.isYes(ioManager->requestString(query.textBuffer(), "body filter6d_enabled %s", body.constData()));
+    if (turn != asked || !apply([this, active] { ui->checkBox_active->setChecked(active); }))
+        return false;
     QByteArray sensor = "none";
     if (versionAtLeast(*versions, 1, 12)) {
         sensor = query.text(ioManager->requestString(query.textBuffer(), "body inertial_sensor %s", body.constData()))
                      .value_or(sensor);
     }
-    ui->checkBox_active->setVisible(sensor == "none");
+    return turn == asked && apply([this, sensor] { ui->checkBox_active->setVisible(sensor == "none"); });
 }
 
-void FilterDialog::readPreset()
+bool FilterDialog::readPreset()
 {
     const QByteArray body = currentBody();
-    if (body.isEmpty()) {
-        ui->comboBox_preset->setCurrentIndex(-1);
-        return;
-    }
-    fillPresets(body);
+    if (body.isEmpty())
+        return apply([this] { ui->comboBox_preset->setCurrentIndex(-1); });
+    const int asked = turn;
+    if (!fillPresets(body))
+        return false;
     Query query(*ioManager);
     const auto preset =
         query.text(ioManager->requestString(query.textBuffer(), "body filter6d_preset %s", body.constData()),
                    "get filter 6d preset for body %1", QString::fromLatin1(body));
-    if (!preset) {
-        ui->comboBox_preset->setEnabled(false);
-        return;
-    }
-    ui->comboBox_preset->setCurrentIndex(ui->comboBox_preset->findData(*preset));
-    ui->comboBox_preset->setEnabled(ui->checkBox_active->isChecked());
+    if (turn != asked)
+        return false;
+    if (!preset)
+        return apply([this] { ui->comboBox_preset->setEnabled(false); });
+    return apply([this, preset] { ui->comboBox_preset->setCurrentIndex(ui->comboBox_preset->findData(*preset)); })
+        && apply([this] { ui->comboBox_preset->setEnabled(ui->checkBox_active->isChecked()); });
 }
 
-void FilterDialog::readStrength()
+bool FilterDialog::readStrength()
 {
     const QByteArray body = currentBody();
-    if (body.isEmpty()) {
-        ui->doubleSpinBox_strength->setValue(0.0);
-        return;
-    }
+    if (body.isEmpty())
+        return apply([this] { ui->doubleSpinBox_strength->setValue(0.0); });
+    const int asked = turn;
     Query query(*ioManager);
     const double strength =
         query.number(ioManager->requestDouble(query.doubleBuffer(), "body filter6d_strength %s", body.constData()),
                      "get filter 6d strength for body %1", QString::fromLatin1(body));
-    ui->doubleSpinBox_strength->setValue(finiteNumber(strength));
-
-    const FilterControls controls = controlsFor(currentPreset(), ui->checkBox_active->isChecked());
-    ui->doubleSpinBox_strength->setEnabled(controls.strengthEnabled);
-    ui->label_strength->setVisible(controls.strengthShown);
-    ui->doubleSpinBox_strength->setVisible(controls.strengthShown);
+    return turn == asked && apply([this, strength] {
+               ui->doubleSpinBox_strength->setValue(finiteNumber(strength));
+               const FilterControls controls = controlsFor(currentPreset(), ui->checkBox_active->isChecked());
+               ui->doubleSpinBox_strength->setEnabled(controls.strengthEnabled);
+               ui->label_strength->setVisible(controls.strengthShown);
+               ui->doubleSpinBox_strength->setVisible(controls.strengthShown);
+           });
 }
 
-void FilterDialog::readPrediction()
+bool FilterDialog::readPrediction()
 {
     const QByteArray body = currentBody();
-    if (body.isEmpty()) {
-        ui->spinBox_prediction->setValue(0);
-        return;
-    }
+    if (body.isEmpty())
+        return apply([this] { ui->spinBox_prediction->setValue(0); });
+    const int asked = turn;
     Query query(*ioManager);
     const double seconds =
         query.number(ioManager->requestDouble(query.doubleBuffer(), "body filter6d_prediction %s", body.constData()),
                      "get filter 6d prediction for body %1", QString::fromLatin1(body));
-    ui->spinBox_prediction->setValue(saturatedInt(seconds * 1000.0));
-    ui->spinBox_prediction->setEnabled(
-        controlsFor(currentPreset(), ui->checkBox_active->isChecked()).predictionEnabled);
+    return turn == asked && apply([this, seconds] {
+               ui->spinBox_prediction->setValue(milliseconds(seconds));
+               const FilterControls controls = controlsFor(currentPreset(), ui->checkBox_active->isChecked());
+               ui->spinBox_prediction->setEnabled(controls.predictionEnabled);
+           });
 }
 
-void FilterDialog::readMode()
+bool FilterDialog::readMode()
 {
     const QByteArray body = currentBody();
     if (body.isEmpty())
-        return;
-    fillModes(body);
+        return true;
+    const int asked = turn;
+    if (!fillModes(body))
+        return false;
     Query query(*ioManager);
     const auto mode =
         query.text(ioManager->requestString(query.textBuffer(), "body filter6d_mode %s", body.constData()),
                    "get filter 6d mode for body %1", QString::fromLatin1(body));
+    if (turn != asked)
+        return false;
     const QScopedValueRollback<bool> quiet(ready, false);
     if (!mode) {
         ui->comboBox_mode->setCurrentIndex(-1);
-        return;
+        return true;
     }
     ui->comboBox_mode->setCurrentIndex(ui->comboBox_mode->findData(*mode));
     ui->comboBox_mode->setEnabled(controlsFor(currentPreset(), ui->checkBox_active->isChecked()).modeEnabled);
+    return true;
 }

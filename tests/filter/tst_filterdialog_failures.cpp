@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
+#include "tests/filter/dialogactions.h"
 #include "tests/support/filterscript.h"
-#include "tests/support/typing.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -70,7 +70,7 @@ private:
         return dialog->findChild<Widget *>(QLatin1String(name));
     }
     void makeDialog() { dialog = std::make_unique<FilterDialog>(&host, nullptr, &versions); }
-    void act(const QByteArray &action);
+    void act(const QByteArray &action) { changeSetting(*dialog, action); }
     /// Checks that the dialog reads and sends as ever when the backend answers again.
     void compareUsable();
 
@@ -143,26 +143,6 @@ void TestFilterDialogFailures::anyCallOfAnOpeningMayFail()
     }
     if (version.backendMajor > 1 || version.backendMinor > 11)
         compareUsable();
-}
-
-void TestFilterDialogFailures::act(const QByteArray &action)
-{
-    const auto enter = [this](QAbstractSpinBox *spinBox, const QString &number) {
-        replaceNumber(spinBox, number);
-        child<QWidget>("pushButton_exit")->setFocus();
-    };
-    if (action == "active")
-        QTest::mouseClick(child<QCheckBox>("checkBox_active"), Qt::LeftButton, {}, QPoint(8, 8));
-    else if (action == "preset")
-        QTest::keyClicks(child<QComboBox>("comboBox_preset"), QStringLiteral("Hybrid"));
-    else if (action == "strength")
-        enter(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
-    else if (action == "prediction")
-        enter(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
-    else if (action == "mode")
-        QTest::keyClicks(child<QComboBox>("comboBox_mode"), QStringLiteral("Static"));
-    else if (action == "body")
-        QTest::keyClick(child<QComboBox>("comboBox_body"), Qt::Key_Up);
 }
 
 void TestFilterDialogFailures::anyCallOfAnActionMayFail_data()
