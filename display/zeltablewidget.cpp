@@ -139,11 +139,15 @@ void ZelTableWidget::displayFilterDlg()
 {
     if (!versionAtLeast(*versions, 1, 12))
         return;
+    // The host may release the table meanwhile: while the dialog waits for an answer it stays, while it is open it is
+    // destroyed with the table.
+    const QPointer<ZelTableWidget> self(this);
     const QPointer<FilterDialog> dialog(new FilterDialog(ioManager, this, versions));
-    const bool leavesHeadRowOut = headRowPresent && pressedRow > 0;
-    dialog->update_and_exec(tabIndex, leavesHeadRowOut ? pressedRow - 1 : pressedRow);
-    if (!dialog)
-        return; // released while it was open, and this table with it
+    if (self) {
+        const bool leavesHeadRowOut = headRowPresent && pressedRow > 0;
+        dialog->update_and_exec(tabIndex, leavesHeadRowOut ? pressedRow - 1 : pressedRow);
+    }
     delete dialog;
-    emit updateFilterActiveStatus(pressedRow);
+    if (self)
+        emit updateFilterActiveStatus(pressedRow);
 }

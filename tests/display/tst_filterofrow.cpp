@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 /// The dialog that the body table opens for a row, without its menu.
 class TestFilterOfRow : public QObject {
@@ -19,6 +20,8 @@ private slots:
     void followsTheHeadRow();
     void leavesNoDialogBehind();
     void asksNothingOfAnOldBackend();
+    void hostMayReleaseThePanelMeanwhile_data();
+    void hostMayReleaseThePanelMeanwhile();
 };
 
 void TestFilterOfRow::opensTheDialogForTheBodyOfTheRow_data()
@@ -105,6 +108,57 @@ void TestFilterOfRow::asksNothingOfAnOldBackend()
     table.displayFilterDlg();
     QCOMPARE(fixture.takeCalls(), QStringList());
     QCOMPARE(refreshed.size(), 0);
+}
+
+void TestFilterOfRow::hostMayReleaseThePanelMeanwhile_data()
+{
+    QTest::addColumn<QByteArray>("nested");
+    QTest::addColumn<int>("refreshes");
+    QTest::newRow("a released panel refreshes no row") << QByteArray("release") << 0;
+    QTest::newRow("cleared, the row is refreshed") << QByteArray("clear") << 1;
+    QTest::newRow("configured anew, the row is refreshed") << QByteArray("configure") << 1;
+}
+
+void TestFilterOfRow::hostMayReleaseThePanelMeanwhile()
+{
+    QFETCH(QByteArray, nested);
+    QFETCH(int, refreshes);
+    bool acted = true;
+    for (int k = 1; acted; ++k) {
+        PanelFixture fixture(1, 20);
+        fixture.answerBodies(2);
+        fixture.answer("filter6d available standard", "yes");
+        fixture.createConfiguredPanel();
+        auto &table = static_cast<ZelTableWidget &>(fixture.table6d());
+        int refreshed = 0;
+        connect(&table, &ZelTableWidget::updateFilterActiveStatus, this, [&refreshed] { ++refreshed; });
+        int left = k;
+        acted = false;
+        fixture.host.onCall = [&] {
+            if (acted || --left > 0)
+                return;
+            acted = true;
+            if (nested == "release")
+                fixture.panel.reset();
+            else if (nested == "clear")
+                fixture.panel->clearData();
+            else
+                fixture.panel->configurationChanged();
+        };
+        QTimer close;
+        connect(&close, &QTimer::timeout, this, [&fixture] {
+            fixture.host.onCall = nullptr; // from here on the row is refreshed, which is no longer the dialog's
+            if (QWidget *dialog = openDialog())
+                dialog->close();
+        });
+        close.start(1);
+        table.displayFilterDlg();
+        fixture.host.onCall = nullptr;
+        QCOMPARE(refreshed, acted ? refreshes : 1);
+        QCOMPARE(fixture.panel == nullptr, acted && nested == "release");
+        QVERIFY(!openDialog());
+        QVERIFY(k < 100);
+    }
 }
 
 QTEST_MAIN(TestFilterOfRow)
