@@ -194,7 +194,8 @@ bool CellDelegate::styleIsKnown() const
 
 const CellDelegate::Measures &CellDelegate::measuresOf(const QFont &font) const
 {
-    if (measures && measures->font == font)
+    const QRawFont face = QRawFont::fromFont(font);
+    if (measures && measures->font == font && measures->face == face)
         return *measures;
     const QFontMetricsF metrics(font);
     qreal sideways = 0.0;
@@ -208,6 +209,6 @@ const CellDelegate::Measures &CellDelegate::measuresOf(const QFont &font) const
         }
     }
     // The smoothing of the edges takes up to a pixel.
-    measures.emplace(Measures{font, qCeil(sideways) + 1, qCeil(upright) + 1, NumberGlyphs(font)});
+    measures.emplace(Measures{font, face, qCeil(sideways) + 1, qCeil(upright) + 1, NumberGlyphs(font)});
     return *measures;
 }

@@ -5,6 +5,7 @@
 #include "display/numberglyphs.h"
 
 #include <QFont>
+#include <QRawFont>
 #include <QStyledItemDelegate>
 
 #include <optional>
@@ -28,6 +29,9 @@ public:
 private:
     struct Measures {
         QFont font;
+        // What the font stands for: equal fonts have other glyphs at another resolution, or once a host has loaded
+        // fonts of its own.
+        QRawFont face;
         // How far its letters reach over the box of their line, where the base class clips them [pixels].
         int sideways;
         int upright;

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "display/applicationfont.h"
 #include "display/celldelegate.h"
 #include "display/cellitems.h"
 #include "display/columns.h"
@@ -60,6 +61,7 @@ void DataDisplay::setupTable6d()
     if (!versionAtLeast(*versions, 1, 12))
         tableWidget6d->hideColumn(FilterColumn);
     tableWidget6d->setItemDelegate(new CellDelegate(tableWidget6d));
+    followApplicationFont(*tableWidget6d);
     // Every way in which cells become others.
     const auto count = [this] { ++cellChanges; };
     const QAbstractItemModel *const cells = tableWidget6d->model();
@@ -100,6 +102,7 @@ void DataDisplay::setupTable3d()
                                    + 2 * tableWidget3d->columnWidth(MarkerYColumn) + columnMargin);
     tableWidget3d->setRowCount(0);
     tableWidget3d->setItemDelegate(new CellDelegate(tableWidget3d));
+    followApplicationFont(*tableWidget3d);
 }
 
 void DataDisplay::updateView6d() noexcept

@@ -1,10 +1,13 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/eventcount.h"
 #include "tests/support/panelfixture.h"
 
 #include <QApplication>
 #include <QImage>
+#include <QPainter>
+#include <QScopeGuard>
 #include <QStyleFactory>
 #include <QStyledItemDelegate>
 #include <QtTest>
@@ -157,6 +160,57 @@ const Look looks[] = {
      }},
 };
 
+/// Without focus, as of two panels only one has it, and paints its current cell in another way.
+void show(PanelFixture &fixture)
+{
+    fixture.table6d().setFocusPolicy(Qt::NoFocus);
+    fixture.table3d().setFocusPolicy(Qt::NoFocus);
+    fixture.panel->resize(1000, 420);
+    fixture.panel->show();
+    QVERIFY(QTest::qWaitForWindowExposed(fixture.panel.get()));
+}
+
+/// Gives the tables of \a to the column widths of \a from, which come from the font that there was at the start.
+void takeWidths(PanelFixture &to, const PanelFixture &from)
+{
+    for (int column = 0; column < StretchColumn; ++column)
+        to.table6d().setColumnWidth(column, from.table6d().columnWidth(column));
+    for (int column = 0; column < MarkerZColumn; ++column)
+        to.table3d().setColumnWidth(column, from.table3d().columnWidth(column));
+    to.table3d().setMaximumWidth(from.table3d().maximumWidth());
+    QCoreApplication::processEvents();
+}
+
+struct FontChange {
+    const char *name;
+    bool isOfTables; ///< else of the application, and a new panel has it by itself
+    Dressing apply;
+};
+
+const FontChange fontChanges[] = {
+    {"the application's letters wider apart", false,
+     [](PanelFixture &) {
+         QFont font = QApplication::font();
+         font.setLetterSpacing(QFont::AbsoluteSpacing, 2);
+         QApplication::setFont(font);
+     }},
+    {"the application's letters stretched", false,
+     [](PanelFixture &) {
+         QFont font = QApplication::font();
+         font.setStretch(130);
+         QApplication::setFont(font);
+     }},
+    {"the application's font without smooth edges", false,
+     [](PanelFixture &) {
+         QFont font = QApplication::font();
+         font.setStyleStrategy(QFont::NoAntialias);
+         QApplication::setFont(font);
+     }},
+    {"the tables in a larger font", true, [](PanelFixture &fixture) { setTableFonts(fixture, sans(9)); }},
+    {"the tables in another font of that size", true,
+     [](PanelFixture &fixture) { setTableFonts(fixture, QFont(QStringLiteral("DejaVu Serif"), 8, QFont::Bold)); }},
+};
+
 } // namespace
 
 class TestCellPainting : public QObject {
@@ -166,6 +220,9 @@ private slots:
     void sameAsTheStockDelegate_data();
     void sameAsTheStockDelegate();
     void anApplicationsStyleSheetCounts();
+    void fontsThatChangeWhileThePanelLives_data();
+    void fontsThatChangeWhileThePanelLives();
+    void theSameFontAtAnotherResolution();
 };
 
 void TestCellPainting::sameAsTheStockDelegate_data()
@@ -228,6 +285,74 @@ void TestCellPainting::anApplicationsStyleSheetCounts()
     qApp->setStyleSheet(QString());
     QVERIFY(before != own);
     QVERIFY(own == expected);
+}
+
+void TestCellPainting::fontsThatChangeWhileThePanelLives_data()
+{
+    QTest::addColumn<int>("change");
+    int index = 0;
+    for (const FontChange &change : fontChanges)
+        QTest::newRow(change.name) << index++;
+}
+
+void TestCellPainting::fontsThatChangeWhileThePanelLives()
+{
+    QFETCH(const int, change);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    const QFont fontBefore = QApplication::font();
+    const auto restore = qScopeGuard([&] { QApplication::setFont(fontBefore); });
+    PanelFixture old;
+    fill(old);
+    show(old);
+    const QImage before = picture(*old.panel, 1.0);
+    QCoreApplication::processEvents();
+    EventCount paints6d(old.table6d().viewport(), QEvent::Paint);
+    EventCount paints3d(old.table3d().viewport(), QEvent::Paint);
+    fontChanges[change].apply(old);
+    QTRY_VERIFY(paints6d.count > 0);
+    QTRY_VERIFY(paints3d.count > 0);
+    PanelFixture fresh;
+    fill(fresh);
+    if (fontChanges[change].isOfTables)
+        fontChanges[change].apply(fresh);
+    show(fresh);
+    takeWidths(fresh, old);
+    const QImage own = picture(*old.panel, 1.0);
+    QVERIFY2(own != before, "nothing changed");
+    QVERIFY(own == picture(*fresh.panel, 1.0));
+}
+
+void TestCellPainting::theSameFontAtAnotherResolution()
+{
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    PanelFixture fixture;
+    fill(fixture);
+    show(fixture);
+    const QTableWidget &table = fixture.table6d();
+    const QModelIndex index = table.model()->index(0, XColumn);
+    const auto paint = [&](const QAbstractItemDelegate &delegate, int dotsPerInch) {
+        QImage image(120, 20, QImage::Format_ARGB32_Premultiplied);
+        image.setDotsPerMeterX(qRound(dotsPerInch / 0.0254));
+        image.setDotsPerMeterY(qRound(dotsPerInch / 0.0254));
+        QStyleOptionViewItem option;
+        option.initFrom(&table);
+        option.widget = &table;
+        option.font = QFont(table.font(), &image); // equal to any other, by QFont's own measure
+        option.rect = image.rect();
+        option.showDecorationSelected = true;
+        image.setDotsPerMeterX(3780); // the painter's own font has no part in it
+        image.setDotsPerMeterY(3780);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        delegate.paint(&painter, option, index);
+        return image;
+    };
+    const QStyledItemDelegate stock;
+    const QAbstractItemDelegate &own = *table.itemDelegate();
+    QVERIFY(paint(own, 96) == paint(stock, 96));
+    QVERIFY(paint(own, 130) == paint(stock, 130));
+    QVERIFY(paint(own, 96) == paint(stock, 96));
+    QVERIFY(paint(own, 96) != paint(own, 130));
 }
 
 QTEST_MAIN(TestCellPainting)

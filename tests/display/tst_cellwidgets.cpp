@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "display/batterybar.h"
 #include "display/zeltablewidget.h"
+#include "tests/support/eventcount.h"
 #include "tests/support/sensorfixture.h"
 
 #include <QHeaderView>
@@ -33,26 +34,6 @@ struct BarsInATable {
     int barsAlive() const { return table.findChildren<BatteryBar *>().size(); }
 
     ZelTableWidget table;
-};
-
-/// Counts the events of one type that a widget gets.
-class EventCount : public QObject {
-public:
-    EventCount(QWidget *watched, QEvent::Type counted)
-        : type(counted)
-    {
-        watched->installEventFilter(this);
-    }
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        count += event->type() == type ? 1 : 0;
-        return QObject::eventFilter(watched, event);
-    }
-
-    int count = 0;
-
-private:
-    const QEvent::Type type;
 };
 
 } // namespace
