@@ -40,6 +40,7 @@ DataDisplayModule::DataDisplayModule() = default;
 void DataDisplayModule::aboutToUnload() noexcept
 try {
     isCreating = false;
+    isUnloading = true;
     if (auto *panel = panelIn(entry.widget))
         panel->prepareShutdown();
 } catch (...) {
@@ -51,8 +52,9 @@ try {
     isCreating = false;
     // Forgotten first: the panel may stop its output while it is destroyed, and the host may call in from there.
     QWidget *const dock = entry.widget;
-    if (auto *panel = panelIn(dock))
-        panel->setUnregisteredWhenDestroyed(false); // that is aboutToUnload's, where the host calls it
+    auto *panel = panelIn(dock);
+    if (panel && !isUnloading)
+        panel->setUnregisteredWhenDestroyed(false); // left to aboutToUnload, which the host has not called
     forgetEntry();
     delete dock;
 } catch (...) {
@@ -112,6 +114,7 @@ void DataDisplayModule::createEntry()
             forgetEntry();
     });
     entries.append(&entry);
+    isUnloading = false;
     entry.action = action;
     entry.widget = dock.release();
     panel.release(); // the dock's

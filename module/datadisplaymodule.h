@@ -44,5 +44,6 @@ private:
     IOManager *commandManager;
     BackendVersions *backendVersions;
     bool observerMode = false;
+    bool isUnloading = false; ///< aboutToUnload() was called since the entry was created
     bool isCreating = false; ///< createEntry() runs, and nobody has released its panel
 };

@@ -97,6 +97,7 @@ private slots:
     void texts();
     void calls_data();
     void calls();
+    void unregistersAllTheSame();
 };
 
 void TestModuleAllocation::initTestCase()
@@ -177,6 +178,20 @@ void TestModuleAllocation::calls()
     qInfo("%d of %ld allocations failed, one at a time: %d survived, %d ended inside Qt, 0 in our code",
           survived + endsInQt, unharmed.allocations, survived, endsInQt);
     QVERIFY(survived > 0);
+}
+
+void TestModuleAllocation::unregistersAllTheSame()
+{
+    LoadedModule loaded;
+    loaded.module.moduleEntries();
+    QCOMPARE(loaded.registrations(), 1);
+    {
+        const FailingHeap heap(1, 1); // before the host is called, which needs memory, too
+        loaded.module.aboutToUnload();
+    }
+    loaded.module.releaseWidgets();
+    QVERIFY(loaded.has(0));
+    QCOMPARE(loaded.registrations(), 0);
 }
 
 QTEST_MAIN(TestModuleAllocation)
