@@ -1,6 +1,30 @@
 # SPDX-FileCopyrightText: the VORNAK data display authors
 # SPDX-License-Identifier: MIT
 
+# Where the same sources are compiled once more, Qt's headers are read once for all rooms. The release build does
+# without, so that each source is seen to include what it needs.
+option(VORNAK_PRECOMPILE "Precompile Qt's headers for the product, too" OFF)
+function(vornak_add_room_headers name header)
+    add_library(${name} OBJECT "${PROJECT_SOURCE_DIR}/cmake/roomheaders.cpp")
+    target_link_libraries(${name} PRIVATE vornak_warnings ${ARGN})
+    target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
+    target_precompile_headers(${name} PRIVATE ${header})
+    set_target_properties(${name} PROPERTIES AUTOMOC OFF AUTOUIC OFF AUTORCC OFF)
+endfunction()
+if(VORNAK_PRECOMPILE)
+    vornak_add_room_headers(room_headers <QtWidgets> Qt5::Widgets)
+    vornak_add_room_headers(room_core_headers <QtCore> Qt5::Core)
+endif()
+
+# vornak_precompile(TARGET [WIDGETS])
+function(vornak_precompile target)
+    if(VORNAK_PRECOMPILE AND "WIDGETS" IN_LIST ARGN)
+        target_precompile_headers(${target} REUSE_FROM room_headers)
+    elseif(VORNAK_PRECOMPILE)
+        target_precompile_headers(${target} REUSE_FROM room_core_headers)
+    endif()
+endfunction()
+
 # vornak_add_room(NAME LIBRARIES target... SOURCES file...)
 # The code of one folder, as objects for the plug-in and for the tests. It is compiled with the headers of LIBRARIES
 # alone: a room that reaches further does not compile.
@@ -11,4 +35,9 @@ function(vornak_add_room name)
     # QT_NO_DEBUG in every build: it is part of the metadata that hosts compare with their own.
     target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
     target_link_libraries(${name} PRIVATE vornak_warnings PUBLIC ${ROOM_LIBRARIES})
+    if("Qt5::Widgets" IN_LIST ROOM_LIBRARIES)
+        vornak_precompile(${name} WIDGETS)
+    else()
+        vornak_precompile(${name})
+    endif()
 endfunction()
