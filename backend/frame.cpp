@@ -12,8 +12,6 @@ namespace backend {
 
 namespace {
 
-constexpr double fullTurn = 6.283185307179586; // [rad]
-
 int numberOf(const Scenario &scenario, const InertialSensor &sensor)
 {
     return static_cast<int>(&sensor - scenario.sensors.constData()) + 1;

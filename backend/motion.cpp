@@ -11,8 +11,6 @@ namespace backend {
 
 namespace {
 
-constexpr double fullTurn = 6.283185307179586; // [rad]
-
 Vector3 anglesAt(const Motion &motion, double seconds)
 {
     Vector3 angles{};

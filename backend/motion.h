@@ -6,6 +6,8 @@
 
 namespace backend {
 
+constexpr double fullTurn = 6.283185307179586; ///< [rad]
+
 /// Where \a motion has taken its body \a seconds after the start, 0 or more.
 Pose poseAt(const Motion &motion, double seconds);
 

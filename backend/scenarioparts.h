@@ -10,6 +10,8 @@
 
 namespace backend {
 
+constexpr int longestDescription = 180; ///< of scenarios, modes and presets [bytes]
+
 /// Reads motions, and each trajectory file that they name once.
 class MotionReader {
 public:

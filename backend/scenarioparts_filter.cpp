@@ -12,7 +12,6 @@ namespace {
 
 constexpr double highestStrength = 1000.0;
 constexpr double longestPrediction = 10.0; // [s]
-constexpr int longestDescription = 180; // [bytes]
 
 QVector<QByteArray> readBodyTexts(ObjectReader &owner)
 {

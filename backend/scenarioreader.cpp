@@ -14,7 +14,6 @@ namespace {
 
 constexpr double slowest = 0.1; // [frames per second]
 constexpr double fastest = 1000.0;
-constexpr int longestDescription = 180; // [bytes]
 
 ProtocolVersion readVersion(ObjectReader &reader)
 {

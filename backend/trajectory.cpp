@@ -18,7 +18,7 @@ namespace {
 constexpr int fieldCount = 8;
 constexpr int longestLine = 4096; // [bytes]
 constexpr int reportedLines = 100;
-constexpr double farthest = 1.0e6; // [m]
+constexpr double farthestPosition = 1.0e6; // [m]
 constexpr double latest = 1.0e18; // [s] from 0, so that differences of times stay finite
 constexpr double millimetresPerMetre = 1000.0;
 
@@ -55,7 +55,7 @@ Line parseLine(const QByteArray &text)
         numbers[static_cast<std::size_t>(i)] = number;
     }
     const auto [time, x, y, z, qx, qy, qz, qw] = numbers;
-    if (std::max({std::abs(x), std::abs(y), std::abs(z)}) > farthest)
+    if (std::max({std::abs(x), std::abs(y), std::abs(z)}) > farthestPosition)
         return refused(Backend::tr("the place is more than 1000 km away"));
     if (std::abs(time) > latest)
         return refused(Backend::tr("the time is out of range"));
