@@ -25,12 +25,17 @@ function(vornak_precompile target)
     endif()
 endfunction()
 
-# vornak_add_room(NAME LIBRARIES target... SOURCES file...)
+# vornak_add_room(NAME [ENTRY] LIBRARIES target... SOURCES file...)
 # The code of one folder, as objects for the plug-in and for the tests. It is compiled with the headers of LIBRARIES
-# alone: a room that reaches further does not compile.
+# alone: a room that reaches further does not compile. With VORNAK_SHARED_CODE it is a shared library, so that a change
+# is one compilation and one link; but for the ENTRY, which is the plug-in itself.
 function(vornak_add_room name)
-    cmake_parse_arguments(ROOM "" "" "LIBRARIES;SOURCES" ${ARGN})
-    add_library(${name} OBJECT ${ROOM_SOURCES})
+    cmake_parse_arguments(ROOM "ENTRY" "" "LIBRARIES;SOURCES" ${ARGN})
+    if(VORNAK_SHARED_CODE AND NOT ROOM_ENTRY)
+        add_library(${name} SHARED ${ROOM_SOURCES})
+    else()
+        add_library(${name} OBJECT ${ROOM_SOURCES})
+    endif()
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
     # QT_NO_DEBUG in every build: it is part of the metadata that hosts compare with their own.
     target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
