@@ -6,32 +6,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <cstring>
 #include <limits>
-
-// The variable arguments have to be taken up in the function that received them.
-#define FORMAT_ARGUMENTS(text, format)                                                                                 \
-    std::va_list values;                                                                                               \
-    va_start(values, format);                                                                                          \
-    const QByteArray text = formatted(format, values);                                                                 \
-    va_end(values)
 
 namespace {
 
 constexpr int longestAnswer = 200; // [bytes]; an answer may fill all of its room, without a zero
-constexpr int failed = -1;
-
-Q_ATTRIBUTE_FORMAT_PRINTF(1, 0) QByteArray formatted(const char *format, std::va_list values)
-{
-    std::va_list again;
-    va_copy(again, values);
-    const int length = std::vsnprintf(nullptr, 0, format, again);
-    va_end(again);
-    QByteArray text(std::max(length, 0), '\0');
-    std::vsnprintf(text.data(), static_cast<std::size_t>(text.size()) + 1, format, values);
-    return text;
-}
 
 /// What a backend without surprises answers, whatever the number of the body or the list entry.
 QByteArray usualAnswer(const QByteArray &query)
@@ -51,18 +31,34 @@ QByteArray usualAnswer(const QByteArray &query)
 
 } // namespace
 
-void ByteHost::refuse()
+void ByteHost::callReserved(int)
 {
     require(false, "modules call no reserved entry");
 }
 
-QByteArray ByteHost::textAnswer(const QByteArray &query, bool &answered)
+TextAnsweringHost::Answer ByteHost::answerTo(const Call &call)
 {
-    answered = true;
-    if (bytes.atEnd()) {
-        answered = !failing;
-        return usualAnswer(query);
+    switch (call.operation) {
+    case Operation::RequestString:
+        return textAnswer(call.command);
+    case Operation::RequestInt:
+        return intAnswer(call.command);
+    case Operation::RequestDouble:
+        return numberAnswer();
+    case Operation::RequestBool:
+        return boolAnswer();
+    case Operation::RequestDoubles:
+        return numberAnswers(call.count);
+    case Operation::SendCommand:
+        return {acceptsCommand(), QByteArray()};
     }
+    return {};
+}
+
+TextAnsweringHost::Answer ByteHost::textAnswer(const QByteArray &query)
+{
+    if (bytes.atEnd())
+        return {!failing, usualAnswer(query)};
     static const QByteArrayList texts{"yes",
                                       "no",
                                       "none",
@@ -75,89 +71,59 @@ QByteArray ByteHost::textAnswer(const QByteArray &query, bool &answered)
                                       "standard b-2147483648",
                                       QByteArray(longestAnswer, 'W')};
     const int kind = bytes.below(8 + static_cast<int>(texts.size()));
-    answered = kind != 0;
     if (kind < 6)
-        return usualAnswer(query);
-    return kind < 8 ? bytes.line().left(longestAnswer) : texts[kind - 8];
+        return {kind != 0, usualAnswer(query)};
+    return {true, kind < 8 ? bytes.line().left(longestAnswer) : texts[kind - 8]};
 }
 
-double ByteHost::numberAnswer(bool &answered)
+TextAnsweringHost::Answer ByteHost::intAnswer(const QByteArray &query)
 {
-    answered = true;
-    if (bytes.atEnd()) {
-        answered = !failing;
-        return 0.5;
-    }
-    constexpr double largest = std::numeric_limits<double>::max();
-    constexpr double infinite = std::numeric_limits<double>::infinity();
-    static const std::array<double, 12> numbers{
-        0.5,     0.0,      1.0,       -0.066,   1e39,        5e-324,
-        largest, -largest, -infinite, infinite, 2147483.648, std::numeric_limits<double>::quiet_NaN()};
-    const int kind = bytes.below(2 + static_cast<int>(numbers.size()));
-    answered = kind != 0;
-    if (kind >= 2)
-        return numbers[static_cast<std::size_t>(kind - 2)];
-    return bytes.line().toDouble();
-}
-
-int ByteHost::requestString(char *answer, const char *format, ...)
-{
-    FORMAT_ARGUMENTS(query, format);
-    bool answered = false;
-    const QByteArray text = textAnswer(query, answered);
-    // A failed query leaves its rubbish behind, too.
-    std::memset(answer, 0, static_cast<std::size_t>(std::min(text.size() + 1, longestAnswer)));
-    std::memcpy(answer, text.constData(), static_cast<std::size_t>(text.size()));
-    return answered ? 0 : failed;
-}
-
-int ByteHost::requestInt(qint32 *answer, const char *format, ...)
-{
-    FORMAT_ARGUMENTS(query, format);
     // What lies between a dozen and a million takes time, and nothing else.
     static const std::array<qint32, 8> numbers{2, 1, 3, 0, 12, -1, std::numeric_limits<qint32>::min(), 1000001};
     const int kind = bytes.atEnd() ? 0 : bytes.below(1 + static_cast<int>(numbers.size()));
     const bool answered = bytes.atEnd() ? !failing : kind != 0;
-    *answer = numbers[static_cast<std::size_t>(std::max(kind - 1, 0))];
+    const qint32 number = numbers[static_cast<std::size_t>(std::max(kind - 1, 0))];
     if (answered && query == "standard number_of_bodies")
-        mostBodies = std::max(mostBodies, *answer);
-    return answered ? 0 : failed;
+        mostBodies = std::max(mostBodies, number);
+    return {answered, QByteArray::number(number)};
 }
 
-int ByteHost::requestDouble(double *answer, const char *format, ...)
+TextAnsweringHost::Answer ByteHost::boolAnswer()
 {
-    FORMAT_ARGUMENTS(query, format);
-    bool answered = false;
-    *answer = numberAnswer(answered);
-    return answered ? 0 : failed;
-}
-
-int ByteHost::requestBool(bool *answer, const char *format, ...)
-{
-    FORMAT_ARGUMENTS(query, format);
     const int kind = bytes.atEnd() ? 1 : bytes.below(4);
-    *answer = kind % 2 != 0;
-    return (bytes.atEnd() && failing) || kind == 3 ? failed : 0;
+    const bool answered = !(bytes.atEnd() && failing) && kind != 3;
+    return {answered, kind % 2 != 0 ? "true" : "false"};
 }
 
-int ByteHost::requestDoubles(double *answersOut, qint32 count, const char *format, ...)
+TextAnsweringHost::Answer ByteHost::numberAnswer()
 {
-    FORMAT_ARGUMENTS(query, format);
+    if (bytes.atEnd())
+        return {!failing, "0.5"};
+    static const QByteArrayList numbers{
+        "0.5",  "0",   "1",           "-0.066", "1e39", "5e-324", "1.7976931348623157e308", "-1.7976931348623157e308",
+        "-inf", "inf", "2147483.648", "nan"};
+    const int kind = bytes.below(2 + static_cast<int>(numbers.size()));
+    const QByteArray number = kind >= 2 ? numbers[kind - 2] : QByteArray::number(bytes.line().toDouble(), 'g', 17);
+    return {kind != 0, number};
+}
+
+TextAnsweringHost::Answer ByteHost::numberAnswers(qint32 count)
+{
+    QByteArrayList numbers;
     bool allAnswered = true;
     for (qint32 i = 0; i < count; ++i) {
-        bool answered = false;
-        answersOut[i] = numberAnswer(answered);
-        allAnswered = allAnswered && answered;
+        const Answer answer = numberAnswer();
+        numbers << answer.text;
+        allAnswered = allAnswered && answer.isAccepted;
     }
-    return allAnswered ? 0 : failed;
+    return {allAnswered, numbers.join(' ')};
 }
 
-int ByteHost::sendCommand(const char *format, ...)
+bool ByteHost::acceptsCommand()
 {
-    FORMAT_ARGUMENTS(command, format);
     if (bytes.atEnd())
-        return failing ? failed : 0;
-    return bytes.below(4) == 0 ? failed : 0;
+        return !failing;
+    return bytes.below(4) != 0;
 }
 
 void ByteHost::startOutput(const char *tag, Requester *requester)

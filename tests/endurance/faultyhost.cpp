@@ -2,14 +2,28 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/faultyhost.h"
 
-#include "host/commandformat.h"
-
-#include <algorithm>
-#include <cstring>
-
 namespace {
 
-constexpr int failed = -1;
+/// A query that is not answered by a number counts as answered by 0.
+QByteArray numberOf(const QByteArray &text, TextAnsweringHost::Operation operation)
+{
+    if (operation == TextAnsweringHost::Operation::RequestInt)
+        return QByteArray::number(text.toInt());
+    return QByteArray::number(text.toDouble(), 'g', 17);
+}
+
+QByteArray answerOf(const QByteArray &text, const TextAnsweringHost::Call &call)
+{
+    switch (call.operation) {
+    case TextAnsweringHost::Operation::RequestInt:
+    case TextAnsweringHost::Operation::RequestDouble:
+        return numberOf(text, call.operation);
+    case TextAnsweringHost::Operation::RequestDoubles:
+        return QByteArray(numberOf(text, call.operation) + ' ').repeated(call.count).trimmed();
+    default:
+        return text;
+    }
+}
 
 } // namespace
 
@@ -32,75 +46,13 @@ bool FaultyHost::isToFail(const QByteArray &command)
     return true;
 }
 
-int FaultyHost::requestString(char *answer, const char *format, ...)
+TextAnsweringHost::Answer FaultyHost::answerTo(const Call &call)
 {
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.requestString(answer, "%s", command.constData());
-    std::strcpy(answer, substitute ? substitute(command).constData() : "yes");
-    return substitute ? 0 : failed;
-}
-
-int FaultyHost::requestInt(qint32 *answer, const char *format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.requestInt(answer, "%s", command.constData());
-    *answer = substitute ? substitute(command).toInt() : 77;
-    return substitute ? 0 : failed;
-}
-
-int FaultyHost::requestDouble(double *answer, const char *format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.requestDouble(answer, "%s", command.constData());
-    *answer = substitute ? substitute(command).toDouble() : 77.7;
-    return substitute ? 0 : failed;
-}
-
-int FaultyHost::requestBool(bool *answer, const char *format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.requestBool(answer, "%s", command.constData());
-    *answer = !substitute || substitute(command) == "true";
-    return substitute ? 0 : failed;
-}
-
-int FaultyHost::requestDoubles(double *answers, qint32 answerCount, const char *format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.requestDoubles(answers, answerCount, "%s", command.constData());
-    std::fill_n(answers, answerCount, substitute ? substitute(command).toDouble() : 77.7);
-    return substitute ? 0 : failed;
-}
-
-int FaultyHost::sendCommand(const char *format, ...)
-{
-    std::va_list arguments;
-    va_start(arguments, format);
-    const QByteArray command = host::formatCommand(format, arguments);
-    va_end(arguments);
-    if (!isToFail(command))
-        return inner.sendCommand("%s", command.constData());
-    return substitute ? 0 : failed;
+    if (!isToFail(call.command))
+        return inner.answerTo(call);
+    if (!substitute)
+        return {false, "yes"};
+    return {true, answerOf(substitute(call.command), call)};
 }
 
 void FaultyHost::startOutput(const char *tag, Requester *requester)

@@ -2,20 +2,19 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "interface/iomanager.h"
+#include "tests/support/textansweringhost.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QSet>
 
-#include <cstdarg>
 #include <functional>
 
 /// A command channel in front of another one, whose queries and commands fail as wished. It keeps the book of who is
-/// registered and subscribed, as a host does. A failed query leaves rubbish behind. GUI thread.
-class FaultyHost final : public IOManager {
+/// registered and subscribed, as a host does. GUI thread.
+class FaultyHost final : public TextAnsweringHost {
 public:
-    explicit FaultyHost(IOManager &answeringHost)
+    explicit FaultyHost(TextAnsweringHost &answeringHost)
         : inner(answeringHost)
     {
     }
@@ -37,18 +36,8 @@ public:
     void fail(int first, int last);
     void failNothing() { fail(0, 0); }
 
-    void reserved0() override { inner.reserved0(); }
-    void reserved1() override { inner.reserved1(); }
-    void reserved2() override { inner.reserved2(); }
-    void reserved3() override { inner.reserved3(); }
-    void reserved4() override { inner.reserved4(); }
-    int requestString(char *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestInt(qint32 *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestDouble(double *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestBool(bool *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestDoubles(double *answers, qint32 count, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(4, 5);
-    void reserved10() override { inner.reserved10(); }
-    int sendCommand(const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(2, 3);
+    Answer answerTo(const Call &call) override;
+    void callReserved(int number) override { inner.callReserved(number); }
     void startOutput(const char *tag, Requester *requester) override;
     void stopOutput(const char *tag, Requester *requester) override;
     void registerRequester(Requester *requester) override;
@@ -58,5 +47,5 @@ public:
 private:
     bool isToFail(const QByteArray &command);
 
-    IOManager &inner;
+    TextAnsweringHost &inner;
 };

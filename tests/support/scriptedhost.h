@@ -2,14 +2,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "interface/iomanager.h"
+#include "tests/support/textansweringhost.h"
 
 #include <QByteArray>
 #include <QByteArrayList>
 #include <QHash>
 #include <QRegularExpression>
 
-#include <cstdarg>
 #include <functional>
 
 /// A command channel that answers from a script and writes down every call, one readable line each:
@@ -20,10 +19,10 @@
 ///     startOutput 6d
 ///     registerRequester
 ///
-/// A query without an answer in the script fails, and a failed query leaves rubbish behind as its answer: callers must
-/// go by the result. A command is accepted, and where the script has an answer to the command without its last word,
-/// that word is the answer from then on, as with a backend that keeps its settings. Not for several threads.
-class ScriptedHost final : public IOManager {
+/// A query without an answer in the script fails. A command is accepted, and where the script has an answer to the
+/// command without its last word, that word is the answer from then on, as with a backend that keeps its settings. Not
+/// for several threads.
+class ScriptedHost final : public TextAnsweringHost {
 public:
     QHash<QByteArray, QByteArray> answers; ///< by the whole command text; numbers, flags and lists as text, too
     QRegularExpression failing; ///< queries and commands whose text matches somewhere fail; an empty pattern: none
@@ -39,19 +38,8 @@ public:
     /// The calls that begin with \a operation ("log", "sendCommand"), without that word.
     QByteArrayList callsOf(const QByteArray &operation) const;
 
-    void reserved0() override;
-    void reserved1() override;
-    void reserved2() override;
-    void reserved3() override;
-    void reserved4() override;
-    int requestString(char *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestInt(qint32 *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestDouble(double *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestBool(bool *answer, const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(3, 4);
-    int requestDoubles(double *answersOut, qint32 count, const char *format, ...) override
-        Q_ATTRIBUTE_FORMAT_PRINTF(4, 5);
-    void reserved10() override;
-    int sendCommand(const char *format, ...) override Q_ATTRIBUTE_FORMAT_PRINTF(2, 3);
+    Answer answerTo(const Call &call) override;
+    void callReserved(int number) override;
     void startOutput(const char *tag, Requester *requester) override;
     void stopOutput(const char *tag, Requester *requester) override;
     void registerRequester(Requester *requester) override;
@@ -60,6 +48,5 @@ public:
 
 private:
     void note(const QByteArray &call);
-    QByteArray record(const char *operation, const char *format, std::va_list arguments);
     bool isToFail(const QByteArray &command);
 };
