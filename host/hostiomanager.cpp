@@ -165,17 +165,24 @@ void HostIOManager::setBackend(std::shared_ptr<backend::TrackingBackend> newBack
 
 void HostIOManager::announceConfiguration()
 {
-    for (Requester *requester : outputSubscriptions.all()) {
-        if (outputSubscriptions.contains(requester)) // one may have removed another
-            requester->configurationChanged();
-    }
+    announce(&Requester::configurationChanged);
 }
 
 void HostIOManager::announceDisconnect()
 {
+    announce(&Requester::clearData);
+}
+
+void HostIOManager::announce(void (Requester::*call)())
+{
     for (Requester *requester : outputSubscriptions.all()) {
-        if (outputSubscriptions.contains(requester))
-            requester->clearData();
+        if (!outputSubscriptions.contains(requester)) // one may have removed another
+            continue;
+        try {
+            (requester->*call)();
+        } catch (...) {
+            log.warning(tr("A module failed when the backend was connected or disconnected."));
+        }
     }
 }
 

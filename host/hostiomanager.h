@@ -68,6 +68,8 @@ public:
     void announceDisconnect();
 
 private:
+    /// Calls every requester. One that throws is logged, and does not keep the others from being called.
+    void announce(void (Requester::*call)());
     std::optional<QByteArray> ask(const QByteArray &query);
     int refuse(const QByteArray &query, const QByteArray &answer);
     std::shared_ptr<backend::TrackingBackend> connectedBackend();

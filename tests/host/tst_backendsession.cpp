@@ -10,6 +10,7 @@
 #include <QTest>
 
 #include <memory>
+#include <stdexcept>
 
 using namespace backend;
 using namespace host;
@@ -51,6 +52,7 @@ private slots:
     void sendsNoLineAfterTheDataIsCleared();
     void changesTheBackend();
     void staysDownWhenTheConfigurationEndsInADisconnection();
+    void survivesARequesterThatThrows();
 
 private:
     static std::shared_ptr<FakeBackend> backendWith(int bodies, ProtocolVersion version);
@@ -197,6 +199,22 @@ void BackendSessionTest::staysDownWhenTheConfigurationEndsInADisconnection()
     QVERIFY(!session->isConnected());
     QCOMPARE(observer->clears, 1);
     QVERIFY(!comesALineAfter(0));
+}
+
+void BackendSessionTest::survivesARequesterThatThrows()
+{
+    FakeRequester second;
+    manager->registerRequester(&second);
+    observer->onConfiguration = [] { throw std::runtime_error("thrown"); };
+    observer->onClear = [] { throw 1; };
+    session->open(backendWith(4, {1, 21, 0}));
+    session->start();
+    QTRY_VERIFY(session->counts().sent > 0);
+    session->disconnectBackend();
+    QVERIFY(!session->isConnected());
+    QCOMPARE(second.configurations, 1);
+    QCOMPARE(second.clears, 1);
+    manager->unregisterRequester(&second);
 }
 
 QTEST_GUILESS_MAIN(BackendSessionTest)
