@@ -38,8 +38,6 @@ void resizeBodies(std::vector<BodyRecord> &bodies, qint32 count)
     if (count > maxBodies)
         throw std::bad_alloc();
     const auto size = static_cast<std::size_t>(std::max(count, 0));
-    if (bodies.size() == size)
-        return;
     bodies.resize(size);
     if (bodies.capacity() > keptRoom && bodies.capacity() / 4 > size)
         bodies.shrink_to_fit(); // one frame with a wrong count must not cost its memory for good
@@ -145,13 +143,9 @@ ParsedLine parse3d(const char *line, std::vector<std::unique_ptr<MarkerRecord>> 
 
 ParsedLine parseLine(LineFormat format, const char *line, Stores &stores)
 {
-    switch (format) {
-    case LineFormat::Bodies:
+    if (format == LineFormat::Bodies)
         return parse6d(line, stores.bodyRecords);
-    case LineFormat::InertialBodies:
+    if (format == LineFormat::InertialBodies)
         return parse6di(line, stores.bodyRecords, stores.absentSensorRows);
-    case LineFormat::Markers:
-        return parse3d(line, stores.markerRecords);
-    }
-    return malformed;
+    return parse3d(line, stores.markerRecords);
 }

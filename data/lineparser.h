@@ -17,9 +17,8 @@ struct ParsedLine {
     bool isSensorBack = false; ///< complete, and a body of one of the absent sensors' rows has inertial data again
 };
 
-/// Reads \a line, zero-terminated, into the store of its format: at once, as after a fault what was read before it
-/// stays. A missing count leaves the bodies as they are, and no markers.
-/// Allocates for a store that grows beyond its memory, or that a far larger frame has left too large, only. Throws
-/// std::bad_alloc for more than a million bodies or where memory runs out: the bodies are as they were then, and
-/// markers made by then stay.
+/// Reads \a line, zero-terminated, into the store of its format. What was read before a fault stays; a missing count
+/// leaves the bodies as they are, and deletes all markers. Allocates only where a store grows beyond its memory, or
+/// where it gives back what a far larger frame has left. Throws std::bad_alloc for more than a million bodies or where
+/// memory runs out: the bodies are as they were then, and markers made by then stay.
 ParsedLine parseLine(LineFormat format, const char *line, Stores &stores);
