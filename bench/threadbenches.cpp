@@ -45,7 +45,7 @@ private:
     bool busy = false;
 };
 
-/// Hands lines to \a receive from a thread of its own, 1000 in a second, until it goes.
+/// Hands lines to \a receive from a thread of its own, 1000 in a second, until it is destroyed.
 class LineThread {
 public:
     LineThread(int bodies, int markers, std::function<void(const char *, const QByteArray &)> receive)

@@ -30,7 +30,7 @@ static_assert(sizeof(MarkerRecord) == 5 * sizeof(qint32), "a marker is compared 
 
 std::uint64_t executedLines = 0;
 
-void tellExecutedLines()
+void printExecutedLines()
 {
     std::fprintf(stderr, "stat::line_executions:            %llu\n", static_cast<unsigned long long>(executedLines));
 }
@@ -46,7 +46,7 @@ template<typename Reader> std::optional<LineOutcome> outcomeOf(const Reader &rea
 
 class Comparison {
 public:
-    Comparison() { std::atexit(tellExecutedLines); }
+    Comparison() { std::atexit(printExecutedLines); }
 
     /// Both stores as they are when a panel comes up.
     void start(const char *firstTag)
@@ -65,7 +65,7 @@ public:
         setTag(firstTag);
     }
 
-    void take(std::string_view line)
+    void process(std::string_view line)
     {
         if (line.empty() || line[0] != '~')
             compare(line);
@@ -171,7 +171,7 @@ int compareLines(const char *tag, const std::uint8_t *data, std::size_t size)
     std::string_view input(reinterpret_cast<const char *>(data), size);
     for (;;) {
         const std::size_t end = input.find('\n');
-        comparison.take(input.substr(0, end));
+        comparison.process(input.substr(0, end));
         if (end == std::string_view::npos)
             return 0;
         input.remove_prefix(end + 1);
