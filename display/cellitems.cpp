@@ -163,3 +163,11 @@ bool setColours(QTableWidgetItem &item, Qt::GlobalColor text, Qt::GlobalColor ba
     }
     return changed;
 }
+
+bool setAccessibleText(QTableWidgetItem &item, const QString &text)
+{
+    if (item.data(Qt::AccessibleTextRole).toString() == text)
+        return false;
+    item.setData(Qt::AccessibleTextRole, text);
+    return true;
+}

@@ -96,3 +96,5 @@ bool setNumber(QTableWidgetItem &item, float number);
 /// Set colours of \a item, and tell whether the item changed.
 bool setBackground(QTableWidgetItem &item, Qt::GlobalColor colour);
 bool setColours(QTableWidgetItem &item, Qt::GlobalColor text, Qt::GlobalColor background);
+/// Sets what a screen reader says of \a item. Returns whether it changed.
+bool setAccessibleText(QTableWidgetItem &item, const QString &text);

@@ -3,25 +3,29 @@
 #pragma once
 
 #include "data/trackingdata.h"
-#include "display/cellrange.h"
-#include "display/shownrow.h"
+#include "display/callsequence.h"
+#include "display/outputchoice.h"
+#include "display/sensorpolling.h"
 #include "interface/requester.h"
 #include "ui_datadisplay.h"
 
-#include <QList>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
 
-#include <vector>
+#include <memory>
+#include <optional>
 
+class BodyTable;
+class ColumnWidths;
 class IOManager;
-class QDomElement;
-class QTableWidgetItem;
+class MarkerTable;
+class Registration;
 struct BackendVersions;
 
 /// The panel: the 6DOF table of bodies and the 3DOF table of markers, with the lines of output behind them.
-/// Everything is for the GUI thread but processOutput(), which the host calls on its data thread.
+/// Everything is for the GUI thread but processOutput(), which the host calls on its data thread. A host may call again
+/// from an event loop that it runs while it answers a question: the later call wins.
 class DataDisplay : public QWidget, private Ui::DataDisplayWidget, public Requester {
     Q_OBJECT
     // What became of the host's lines, for hosts that account for them: the return code can't tell a line that was
@@ -40,11 +44,11 @@ public:
     void configurationChanged() noexcept override;
     void clearData() noexcept override;
 
-    /// Unregisters from the command channel and saves the preferences; to be called once before the panel goes.
+    /// Unregisters from the command channel and saves the preferences; to be called once before the panel is destroyed.
     void prepareShutdown();
     /// Whether the destructor unregisters, for a panel whose dock or window others may destroy. Initially, and after
     /// prepareShutdown(), it does not.
-    void setUnregisteredWhenDestroyed(bool unregister) noexcept { unregisterWhenDestroyed = unregister; }
+    void setUnregisteredWhenDestroyed(bool unregister) noexcept;
 
     quint64 storedLines() const { return data.lineCounts.stored; }
     quint64 droppedLines() const { return data.lineCounts.dropped; }
@@ -69,75 +73,22 @@ protected:
     void hideEvent(QHideEvent *event) override;
 
 private:
-    const char *tag6d() const;
-    void announceBodies() noexcept;
-
-    void setupTable6d();
-    void setupTable3d();
-    int rowsBuilt() const { return areRowsBuilt ? tableWidget6d->rowCount() : 0; }
-    void redraw6d();
-    CellRange redraw3d(const QString &idFormat);
-    void indexRecords(std::vector<BodyRecord> &records);
-    void forgetShownRows() noexcept;
-    void showInactive(int row);
-    void showBody(int row);
-    void showPose(int row, const BodyRecord &record);
-    void showCoordinate(int row, int column, float number);
-    void showReference(int row);
-
-    void rebuildConfiguration();
-    bool detectHeadRow();
-    bool detectFixedAngles();
-    void chooseOutputFormat();
-    void activateOutput(const char *tag);
-    void readCalibratedBodies();
-    bool isHeadTargetReady();
-    void readActiveBodies();
-    void buildRows();
-    void buildInertialCells();
-    void readTrackingReference();
-    void configureSensors();
-    bool anySensorInUse();
-    void setSensorColumnsHidden(bool hidden);
-    int headRows() const { return hasHeadRow ? 1 : 0; }
-    int bodyNumberOfRow(int row) const { return row - headRows() + 1; }
-    QString bodyDescription(int row);
-    QString filterActiveText(int row);
-
-    void pollSensor(int row, bool first);
-    void showSensor(int row, Qt::GlobalColor background, double battery, double temperature, double level);
-    void stepSensorSchedule();
-
-    QString preferencesFile() const;
-    void loadPreferences();
-    void applyPreference(const QDomElement &element);
-    void savePreferences();
+    void notifyFirstBodies() noexcept;
+    void rebuildConfiguration(const CallSequence::Call &call);
+    void startSensors(const CallSequence::Call &call);
+    void pollSensors(bool first);
+    bool canUseInertialFormat(bool fixedAnglePresent) const;
 
     BackendVersions *versions = nullptr;
     IOManager *ioManager = nullptr;
     TrackingData data; ///< both threads, by its own rules
-    QTimer viewTimer{this};
-    QTimer sensorTimer{this};
-    std::vector<BodyRecord *> recordOfRow; ///< null for none; of one redraw, a member to keep its memory
-    std::vector<ShownRow> shownRows; ///< one per table row
-    CellRange untold6d; ///< cells changed that the 6DOF table was not told of yet
-    bool unregisterWhenDestroyed = false;
-    bool areRowsBuilt = false; ///< every row of the 6DOF table has its items, and they fit the configuration
-    quint64 cellChanges = 0; ///< how often the 6DOF table has told of any change of its cells
-    quint64 knownCellChanges = 0; ///< as many as shownRows allow for: with any more the cells may be others
-    qint32 numBodies = 0;
-    bool hasHeadRow = false; ///< row 0 of the 6DOF table is the head target of a multi-user hand-held device
-    bool inertialAvailable = false;
-    bool inertialInUse = false;
-    bool fixedAnglePresent = false; ///< "6d" is used even where "6di" would be possible
-    QList<bool> calibratedBodies; ///< one per table row, and a spare one without head row
-    QList<bool> activeBodies; ///< likewise
-    QList<bool> rowHasSensor; ///< one per body, the head row not counted
-    QString preferencesDir;
-    qint32 sensorScheduleIndex = 0;
-    QList<int> sensorIntervals; ///< [ms], one per polling pass, the last for all further ones
-    static constexpr qint32 noReference = -2;
-    qint32 referenceRow = noReference; ///< table row of the tracking reference
-    QString referenceName; ///< kept from one configuration to the next; referenceRow says whether it counts
-    QObject cellWatch; ///< counts cellChanges; gone before the table, which tells of changes while it goes
+    QTimer viewTimer;
+    QTimer sensorTimer;
+    OutputChoice output;
+    SensorPolling sensorPolling;
+    CallSequence configurations; ///< each configurationChanged() and clearData()
+    std::unique_ptr<BodyTable> bodyTable;
+    std::unique_ptr<MarkerTable> markerTable;
+    std::unique_ptr<ColumnWidths> columnWidths;
+    std::unique_ptr<Registration> registration; ///< last: the data thread may be in processOutput()
 };

@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "display/columnwidths.h"
 #include "display/datadisplay.h"
 #include "fuzz/bytehost.h"
 #include "fuzz/fuzztarget.h"
@@ -14,7 +15,8 @@
 
 namespace {
 
-const QString fileName = QStringLiteral(".ZEL/VORNAK4/modules/datadisplay/v2.2.6/config/datadisplay-preferences.xml");
+const QString folder = QStringLiteral(".ZEL/VORNAK4/modules/datadisplay/v2.2.6/config");
+const QString fileName = folder + QStringLiteral("/datadisplay-preferences.xml");
 /// The first input gets a new panel beside the lasting one, too, and so does every one of a replayed corpus.
 constexpr quint64 inputsPerNewPanel = isReplay ? 1 : 512;
 constexpr int mostRemembered = 10000; // files
@@ -29,23 +31,6 @@ void checkWidths(const DataDisplay &panel)
             require(table->columnWidth(column) >= 0, "a column has a width");
     }
 }
-
-using Action = void (DataDisplay::*)();
-struct LoadPreferences {
-    friend Action actionOf(LoadPreferences);
-};
-struct SavePreferences {
-    friend Action actionOf(SavePreferences);
-};
-
-/// Gives the name of a private member function to a function of ours, which an explicit instantiation may. The panel
-/// loads its preferences when it is made and saves them when it goes; made once instead of twice per input, it lets
-/// fifty times as many inputs through.
-template<typename Name, Action action> struct Grant {
-    friend Action actionOf(Name) { return action; }
-};
-template struct Grant<LoadPreferences, &DataDisplay::loadPreferences>;
-template struct Grant<SavePreferences, &DataDisplay::savePreferences>;
 
 struct Bench {
     ByteSource noBytes{nullptr, 0};
@@ -86,9 +71,7 @@ class LastingPanel {
 public:
     LastingPanel()
     {
-        for (const char *const name : {"tableWidget6d", "tableWidget3d"}) {
-            auto *const table = bench.panel.findChild<QTableWidget *>(QLatin1String(name));
-            require(table != nullptr, "the panel has its tables");
+        for (QTableWidget *const table : {&bodies, &markers}) {
             for (int column = 0; column < table->columnCount(); ++column)
                 columns.push_back({table, column, table->columnWidth(column)});
         }
@@ -101,10 +84,10 @@ public:
             column.table->setColumnWidth(column.index, column.width);
         bench.host.logs.clear();
         writeHomeFile(fileName, content);
-        (bench.panel.*actionOf(LoadPreferences()))();
+        preferences.loadPreferences();
         logs = bench.host.logs;
         checkWidths(bench.panel);
-        (bench.panel.*actionOf(SavePreferences()))();
+        preferences.savePreferences();
         QCoreApplication::processEvents(); // the tables keep a list of the changed columns until then
         return savedContent();
     }
@@ -116,7 +99,17 @@ private:
         int width; ///< as built in [px]
     };
 
+    QTableWidget &tableOf(const char *name)
+    {
+        auto *const table = bench.panel.findChild<QTableWidget *>(QLatin1String(name));
+        require(table != nullptr, "the panel has its tables");
+        return *table;
+    }
+
     Bench bench;
+    QTableWidget &bodies = tableOf("tableWidget6d");
+    QTableWidget &markers = tableOf("tableWidget3d");
+    ColumnWidths preferences{bench.host, bodies, markers, homePath(folder)};
     std::vector<Column> columns;
 };
 

@@ -13,6 +13,7 @@ class TestClearing : public QObject {
 private slots:
     void clearedPanel();
     void clearedPanelWithoutConfiguration();
+    void pollingEndsWhereSensorsAreNoLongerAvailable();
     void clearingStopsWhatItsConfigurationStarted_data();
     void clearingStopsWhatItsConfigurationStarted();
 };
@@ -60,12 +61,23 @@ void TestClearing::clearedPanelWithoutConfiguration()
     QCOMPARE(fixture.takeCalls(), QStringList());
 }
 
+void TestClearing::pollingEndsWhereSensorsAreNoLongerAvailable()
+{
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
+    QVERIFY(fixture.sensorTimer().isActive());
+    fixture.answer("inertial available", "no");
+    fixture.panel->configurationChanged();
+    QVERIFY(!fixture.sensorTimer().isActive());
+    for (const int column : {SensorColumn, BatteryColumn, TemperatureColumn})
+        QVERIFY(!fixture.table6d().isColumnHidden(column)); // as they were
+}
+
 void TestClearing::clearingStopsWhatItsConfigurationStarted_data()
 {
     QTest::addColumn<QString>("command"); // of the last configuration before, answered with "none"
     QTest::addColumn<bool>("stopped");
     QTest::newRow("a sensor on a body") << "" << true;
-    QTest::newRow("sensors are no longer available") << "inertial available" << false;
     QTest::newRow("no sensor is on a body any more") << "inertial body_of_sensor d02" << false;
 }
 

@@ -4,7 +4,7 @@
 #include "tests/support/panelfixture.h"
 
 #include <QDir>
-#include <QDomDocument>
+#include <QXmlStreamReader>
 #include <QtTest>
 
 #include <sys/stat.h>
@@ -71,15 +71,28 @@ QString cannotRead(const QString &file)
         + QStringLiteral(" cannot be opened for reading. Using built-in values");
 }
 
-QString cannotParse(const QString &file, const QByteArray &content)
+QString cannotParse(const QString &file, qint64 line, qint64 column, const QString &message)
 {
-    QString message;
-    int line = 0;
-    int column = 0;
-    QDomDocument().setContent(content, false, &message, &line, &column);
     return QStringLiteral("Error: Loading data display preferences while parsing ") + file + QStringLiteral(" (Line ")
         + QString::number(line) + QStringLiteral(", Column ") + QString::number(column) + QStringLiteral(") :\n")
         + message + QStringLiteral(". Using built-in values");
+}
+
+/// The log line for what Qt's reader says of \a content.
+QString cannotParse(const QString &file, const QByteArray &content)
+{
+    QXmlStreamReader xml(content);
+    while (!xml.atEnd())
+        xml.readNext();
+    return cannotParse(file, xml.lineNumber(), xml.columnNumber(), xml.errorString());
+}
+
+/// \a depth elements inside each other, the root included, a width of 99 beside the outermost of them.
+QByteArray nested(int depth)
+{
+    const int inner = depth - 1;
+    return "<VORNAK><TABLE_3D_COLUMN_2 WIDTH=\"99\"/>" + QByteArray("<A>").repeated(inner)
+        + QByteArray("</A>").repeated(inner) + "</VORNAK>";
 }
 
 QString wrongRoot(const QString &file)
@@ -103,6 +116,10 @@ private slots:
     void wrongRoots();
     void largeFiles_data();
     void largeFiles();
+    void tooLargeFiles_data();
+    void tooLargeFiles();
+    void nestedElements_data();
+    void nestedElements();
     void otherEncodings_data();
     void otherEncodings();
     void notAFile_data();
@@ -214,23 +231,74 @@ void TestPreferences::wrongRoots()
 void TestPreferences::largeFiles_data()
 {
     QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("valid");
     const QByteArray width = "<TABLE_3D_COLUMN_2 WIDTH=\"99\"/>";
-    QTest::newRow("10 MB of brackets") << QByteArray(10 * 1024 * 1024, '<');
+    QTest::newRow("10 MB of brackets") << QByteArray(10 * 1024 * 1024, '<') << false;
     QTest::newRow("10 MB of elements, cut off")
-        << QByteArray("<VORNAK>" + QByteArray("<A B=\"1\"/>").repeated(1'000'000));
-    QTest::newRow("10 MB of elements") << document(QByteArray("<A B=\"1\"/>").repeated(1'000'000) + width);
-    QTest::newRow("10 MB of remark") << document("<!--" + QByteArray(10 * 1024 * 1024, ' ') + "-->" + width);
+        << QByteArray("<VORNAK>" + QByteArray("<A B=\"1\"/>").repeated(1'000'000)) << false;
+    QTest::newRow("10 MB of elements") << document(QByteArray("<A B=\"1\"/>").repeated(1'000'000) + width) << true;
+    QTest::newRow("10 MB of remark") << document("<!--" + QByteArray(10 * 1024 * 1024, ' ') + "-->" + width) << true;
 }
 
 void TestPreferences::largeFiles()
 {
     QFETCH(const QByteArray, content);
+    QFETCH(const bool, valid);
     PanelFixture fixture;
     fixture.writePreferences(content);
     const QStringList logs = logsOfLoading(fixture);
-    QCOMPARE(logs.size(), 1);
-    QVERIFY(logs.first().startsWith(QLatin1String("Error: Loading data display preferences ")));
-    QVERIFY(logs.first().endsWith(QLatin1String("Using built-in values")));
+    if (valid) {
+        QCOMPARE(logs, QStringList());
+        QCOMPARE(fixture.table3d().columnWidth(2), 99);
+        return;
+    }
+    QCOMPARE(logs, QStringList{cannotParse(fixture.preferencesFile(), content)});
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
+}
+
+void TestPreferences::tooLargeFiles_data()
+{
+    QTest::addColumn<qint64>("size");
+    QTest::addColumn<bool>("read");
+    QTest::newRow("64 MiB are read") << (qint64(64) << 20) << true;
+    QTest::newRow("one byte more is not") << (qint64(64) << 20) + 1 << false;
+}
+
+void TestPreferences::tooLargeFiles()
+{
+    QFETCH(const qint64, size);
+    QFETCH(const bool, read);
+    PanelFixture fixture;
+    fixture.writePreferences("<VORNAC>"); // then zeros
+    QVERIFY(QFile::resize(fixture.preferencesFile(), size));
+    const QString log = logsOfLoading(fixture).value(0);
+    QCOMPARE(log == cannotRead(fixture.preferencesFile()), !read);
+    QCOMPARE(log.contains(QLatin1String("while parsing")), read);
+    QCOMPARE(widthsWithHidden(fixture), builtInWidths());
+}
+
+void TestPreferences::nestedElements_data()
+{
+    QTest::addColumn<int>("depth");
+    QTest::newRow("100 levels are read") << 100;
+    QTest::newRow("one more is too deep") << 101;
+    QTest::newRow("far too deep") << 30'000;
+}
+
+void TestPreferences::nestedElements()
+{
+    QFETCH(const int, depth);
+    PanelFixture fixture;
+    const QByteArray content = nested(depth);
+    fixture.writePreferences(content);
+    const QStringList logs = logsOfLoading(fixture);
+    if (depth <= 100) {
+        QCOMPARE(logs, QStringList());
+        QCOMPARE(fixture.table3d().columnWidth(2), 99);
+        return;
+    }
+    const int place = content.indexOf("<A>") + 100 * 3;
+    QCOMPARE(logs, QStringList{cannotParse(fixture.preferencesFile(), 1, place, QStringLiteral("nested too deep"))});
     QCOMPARE(widthsWithHidden(fixture), builtInWidths());
 }
 

@@ -11,6 +11,7 @@
 namespace {
 
 const char *const oneMarker = "3d 1 [7 1.0][70 80 90]";
+const char *const twoMarkers = "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]";
 
 QByteArray twoBodies(const char *x)
 {
@@ -36,6 +37,31 @@ private:
     std::function<void()> onChange;
 };
 
+/// A cell that calls back when it is destroyed.
+class LastWordCell : public QTableWidgetItem {
+public:
+    explicit LastWordCell(std::function<void()> listener)
+        : onDestruction(std::move(listener))
+    {
+    }
+    ~LastWordCell() override { onDestruction(); }
+
+private:
+    Q_DISABLE_COPY(LastWordCell)
+
+    std::function<void()> onDestruction;
+};
+
+QStringList markerIds(const PanelFixture &fixture)
+{
+    QStringList ids;
+    for (int row = 0; row < fixture.table3d().rowCount(); ++row) {
+        const QTableWidgetItem *const item = fixture.table3d().item(row, MarkerIdColumn);
+        ids << (item ? item->text() : QStringLiteral("<no item>"));
+    }
+    return ids;
+}
+
 } // namespace
 
 /// What is done under the lock: a whole redraw, which shows one frame, and no call into the host.
@@ -45,6 +71,11 @@ class TestRedrawLock : public QObject {
 private slots:
     void bodies();
     void markers();
+    void rowsOfMarkersAreMadeWithoutTheLock_data();
+    void rowsOfMarkersAreMadeWithoutTheLock();
+    void markersThatComeAndGoMeanwhile_data();
+    void markersThatComeAndGoMeanwhile();
+    void clearingWhileRowsAreMade();
     void hostIsNotCalledUnderTheLock();
 
 private:
@@ -83,20 +114,106 @@ void TestRedrawLock::markers()
     PanelFixture fixture;
     const DataDisplay &panel = fixture.createConfiguredPanel();
     QCOMPARE(fixture.send("3d", "3d 2 [5 1.0][1 2 3] [6 1.0][4 5 6]"), 0);
-    sent = 0;
-    const QMetaObject::Connection watch =
-        connect(fixture.table3d().model(), &QAbstractItemModel::rowsInserted, this, [&] { sendLines(fixture); });
     fixture.panel->updateView3d();
-    QVERIFY(sent > 0);
+    sent = 0;
+    fixture.table3d().setItem(0, MarkerXColumn, new LastWordCell([&] { sendLines(fixture); }));
+    fixture.panel->updateView3d();
+    QCOMPARE(sent, 2);
     QCOMPARE(panel.droppedLines(), quint64(sent));
     QCOMPARE(fixture.table3d().rowCount(), 2);
     QCOMPARE(fixture.table3d().item(1, MarkerIdColumn)->text(), QStringLiteral("6"));
 
-    disconnect(watch);
     sendLines(fixture); // the lock is free again
     fixture.panel->updateView3d();
     QCOMPARE(fixture.table3d().rowCount(), 1);
     QCOMPARE(fixture.table3d().item(0, MarkerXColumn)->text(), QStringLiteral("70.00"));
+}
+
+void TestRedrawLock::rowsOfMarkersAreMadeWithoutTheLock_data()
+{
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::newRow("the first rows") << QByteArray("3d 0") << QByteArray(twoMarkers);
+    QTest::newRow("fewer rows") << QByteArray("3d 3 [1 1][1 2 3] [2 1][1 2 3] [3 1][1 2 3]") << QByteArray(twoMarkers);
+    QTest::newRow("no rows") << QByteArray(twoMarkers) << QByteArray("3d 0");
+}
+
+void TestRedrawLock::rowsOfMarkersAreMadeWithoutTheLock()
+{
+    QFETCH(const QByteArray, before);
+    QFETCH(const QByteArray, after);
+    PanelFixture fixture;
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("3d", before), 0);
+    fixture.panel->updateView3d();
+    QCOMPARE(fixture.send("3d", after), 0);
+    sent = 0;
+    const QObject watch; // ends before the model, which signals its own destruction
+    const auto send = [&] {
+        QCOMPARE(fixture.send("6di", twoBodies("9")), 0);
+        QCOMPARE(fixture.send("3d", after), 0);
+        sent += 2;
+    };
+    const QAbstractItemModel *const model = fixture.table3d().model();
+    connect(model, &QAbstractItemModel::rowsInserted, &watch, send);
+    connect(model, &QAbstractItemModel::rowsRemoved, &watch, send);
+    connect(model, &QAbstractItemModel::modelReset, &watch, send);
+    fixture.panel->updateView3d();
+    QVERIFY(sent > 0);
+    QCOMPARE(panel.droppedLines(), quint64(0));
+}
+
+void TestRedrawLock::markersThatComeAndGoMeanwhile_data()
+{
+    QTest::addColumn<QByteArrayList>("meanwhile"); // each is stored when rows are made
+    QTest::addColumn<QStringList>("shown");
+    QTest::addColumn<QStringList>("shownNext");
+    const QByteArray one = "3d 1 [7 1.0][7 8 9]";
+    const QByteArray three = "3d 3 [1 1][1 2 3] [2 1][4 5 6] [3 1][7 8 9]";
+    const QStringList both{QStringLiteral("5"), QStringLiteral("6")};
+    const QStringList seven{QStringLiteral("7")};
+    const QStringList all{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")};
+    const QString none = QStringLiteral("<no item>");
+    QTest::newRow("the same number") << QByteArrayList{twoMarkers} << both << both;
+    QTest::newRow("one fewer: once more") << QByteArrayList{one} << seven << seven;
+    QTest::newRow("one more: once more") << QByteArrayList{three} << all << all;
+    QTest::newRow("another number twice: what both have room for")
+        << QByteArrayList{three, one} << QStringList{QStringLiteral("7"), none, none} << seven;
+    QTest::newRow("more twice: the rest comes next")
+        << QByteArrayList{one, three} << QStringList{QStringLiteral("1")} << all;
+}
+
+void TestRedrawLock::markersThatComeAndGoMeanwhile()
+{
+    QFETCH(QByteArrayList, meanwhile);
+    QFETCH(const QStringList, shown);
+    QFETCH(const QStringList, shownNext);
+    PanelFixture fixture;
+    fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("3d", twoMarkers), 0);
+    const auto store = [&] {
+        if (!meanwhile.isEmpty())
+            QCOMPARE(fixture.send("3d", meanwhile.takeFirst()), 0);
+    };
+    connect(fixture.table3d().model(), &QAbstractItemModel::rowsInserted, this, store);
+    connect(fixture.table3d().model(), &QAbstractItemModel::rowsRemoved, this, store);
+    fixture.panel->updateView3d();
+    QCOMPARE(meanwhile, QByteArrayList());
+    QCOMPARE(markerIds(fixture), shown);
+    fixture.panel->updateView3d();
+    QCOMPARE(markerIds(fixture), shownNext);
+}
+
+void TestRedrawLock::clearingWhileRowsAreMade()
+{
+    PanelFixture fixture;
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("3d", twoMarkers), 0);
+    const QAbstractItemModel *const model = fixture.table3d().model();
+    connect(model, &QAbstractItemModel::rowsInserted, this, [&] { panel.clearData(); });
+    connect(model, &QAbstractItemModel::dataChanged, this, [&] { panel.clearData(); });
+    panel.updateView3d(); // and comes back
+    QCOMPARE(fixture.table3d().rowCount(), 0);
 }
 
 void TestRedrawLock::hostIsNotCalledUnderTheLock()

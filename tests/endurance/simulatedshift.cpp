@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/simulatedshift.h"
 
-#include "display/sensorschedule.h"
+#include "display/sensorpolling.h"
 #include "display/zeltablewidget.h"
 #include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/syntheticlines.h"
@@ -120,7 +120,7 @@ void SimulatedShift::configure(int newBodies)
     fixture.answer(QStringLiteral("standard number_of_bodies"), QString::number(bodies));
     fixture.answer("tracking reference", bodies == manyBodies ? "standard b03" : "none");
     fixture.panel->configurationChanged();
-    nextSensorPass = seconds * 1000 + firstSensorInterval;
+    nextSensorPass = seconds * 1000 + SensorPolling::firstInterval;
 }
 
 void SimulatedShift::lookAtMenu()
