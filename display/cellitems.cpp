@@ -55,6 +55,23 @@ void NumberItem::setData(int role, const QVariant &value)
     QTableWidgetItem::setData(role, value);
 }
 
+void NumberItem::write(QDataStream &out) const
+{
+    if (!numberShown) {
+        QTableWidgetItem::write(out);
+        return;
+    }
+    QTableWidgetItem plain(*this);
+    plain.setText(numberText());
+    plain.write(out);
+}
+
+void NumberItem::read(QDataStream &in)
+{
+    QTableWidgetItem::read(in);
+    numberShown = false;
+}
+
 CoordinateItem::CoordinateItem()
     : NumberItem(itemType, Qt::AlignRight | Qt::AlignVCenter)
 {
@@ -115,6 +132,13 @@ void ColouredItem::setData(int role, const QVariant &value)
     else if (role == Qt::BackgroundRole)
         backgroundColour = unknownColour;
     QTableWidgetItem::setData(role, value);
+}
+
+void ColouredItem::read(QDataStream &in)
+{
+    QTableWidgetItem::read(in);
+    textColour = unknownColour;
+    backgroundColour = unknownColour;
 }
 
 bool ColouredItem::setColour(int role, Qt::GlobalColor colour, int &known)

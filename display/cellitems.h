@@ -4,14 +4,20 @@
 
 #include <QTableWidgetItem>
 
-/// A cell that keeps a number and makes its text only when somebody asks. To everybody else it is a plain item: a text
-/// that is set replaces the number, and so does an alignment that of its kind.
+/// A cell that keeps a number and makes its text only when somebody asks. To everybody else it is a plain item: setting
+/// a text replaces the number, and setting an alignment replaces the default one.
+/// Not supported: the model's itemData() and copies through the base class (QTableWidgetItem's constructor or
+/// assignment), which read what the base keeps: the text set last, or none, and no default alignment. A text for each
+/// number would cost more than the whole redraw. clone(), data() and streams have the text shown.
 class NumberItem : public QTableWidgetItem {
 public:
     NumberItem &operator=(const NumberItem &other) = delete;
 
     QVariant data(int role) const override;
     void setData(int role, const QVariant &value) override;
+    /// With the text shown.
+    void write(QDataStream &out) const override;
+    void read(QDataStream &in) override;
 
 protected:
     NumberItem(int type, Qt::Alignment alignment);
@@ -76,6 +82,7 @@ public:
 
     ColouredItem *clone() const override { return new ColouredItem(*this); }
     void setData(int role, const QVariant &value) override;
+    void read(QDataStream &in) override;
     /// Set one colour, and tell whether it is another one than before.
     bool setTextColour(Qt::GlobalColor colour) { return setColour(Qt::ForegroundRole, colour, textColour); }
     bool setBackgroundColour(Qt::GlobalColor colour) { return setColour(Qt::BackgroundRole, colour, backgroundColour); }

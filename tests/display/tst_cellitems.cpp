@@ -3,6 +3,7 @@
 
 #include "display/cellitems.h"
 
+#include <QDataStream>
 #include <QSignalSpy>
 #include <QTableWidget>
 #include <QtTest>
@@ -10,6 +11,7 @@
 #include <cmath>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -19,6 +21,20 @@ constexpr int centre = Qt::AlignHCenter | Qt::AlignVCenter;
 QString number(const char *text)
 {
     return QString::fromLatin1(text);
+}
+
+QByteArray bytesOf(const QTableWidgetItem &item)
+{
+    QByteArray bytes;
+    QDataStream stream(&bytes, QIODevice::WriteOnly);
+    stream << item;
+    return bytes;
+}
+
+void readFrom(const QByteArray &bytes, QTableWidgetItem &item)
+{
+    QDataStream stream(bytes);
+    stream >> item;
 }
 
 } // namespace
@@ -38,6 +54,9 @@ private slots:
     void markerIds();
     void coloursAreSetWhenTheyChange();
     void plainItemsAreServedToo();
+    void streamsHaveTheTextShown();
+    void streamsReplaceWhatIsShown();
+    void textsForScreenReaders();
 };
 
 void TestCellItems::texts_data()
@@ -203,6 +222,68 @@ void TestCellItems::plainItemsAreServedToo()
     QVERIFY(!setBackground(item, Qt::transparent));
     QCOMPARE(item.foreground(), QBrush(Qt::white));
     QCOMPARE(item.background(), QBrush(Qt::transparent));
+}
+
+void TestCellItems::streamsHaveTheTextShown()
+{
+    CoordinateItem fresh(3.0F);
+    CoordinateItem item;
+    item.setText(number("-"));
+    item.setBackground(Qt::red);
+    item.setNumber(2.5F);
+    const MarkerIdItem id(number("no. %1"), 7);
+    ColouredItem coloured(number("MUH"));
+    coloured.setTextColour(Qt::white);
+    CoordinateItem without;
+    without.setText(number("-"));
+    const std::pair<const QTableWidgetItem *, QString> cases[] = {
+        {&fresh, number("3.00")},   {&item, number("2.50")}, {&id, number("no. 7")},
+        {&coloured, number("MUH")}, {&without, number("-")},
+    };
+    for (const auto &[original, text] : cases) {
+        QTableWidgetItem read;
+        readFrom(bytesOf(*original), read);
+        QCOMPARE(read.text(), text);
+        QCOMPARE(read.background(), original->background());
+        QCOMPARE(read.foreground(), original->foreground());
+    }
+    QCOMPARE(item.text(), number("2.50")); // and is as it was
+    QVERIFY(!item.setNumber(2.5F));
+}
+
+void TestCellItems::streamsReplaceWhatIsShown()
+{
+    QTableWidgetItem source(number("read"));
+    source.setBackground(Qt::cyan);
+    const QByteArray bytes = bytesOf(source);
+
+    CoordinateItem item(2.0F);
+    readFrom(bytes, item);
+    QCOMPARE(item.text(), number("read"));
+    QVERIFY(item.setNumber(2.0F));
+
+    ColouredItem coloured(number("1"));
+    coloured.setBackgroundColour(Qt::red);
+    readFrom(bytes, coloured);
+    QCOMPARE(coloured.background(), QBrush(Qt::cyan));
+    QVERIFY(coloured.setBackgroundColour(Qt::red));
+}
+
+void TestCellItems::textsForScreenReaders()
+{
+    const QString spoken = number("71 %");
+    CoordinateItem coordinate(2.0F);
+    coordinate.setData(Qt::AccessibleTextRole, spoken);
+    QCOMPARE(coordinate.data(Qt::AccessibleTextRole), QVariant(spoken));
+    QCOMPARE(coordinate.text(), number("2.00"));
+    QVERIFY(!coordinate.setNumber(2.0F));
+
+    ColouredItem coloured(number("1"));
+    coloured.setBackgroundColour(Qt::red);
+    coloured.setData(Qt::AccessibleTextRole, spoken);
+    QCOMPARE(coloured.data(Qt::AccessibleTextRole), QVariant(spoken));
+    QCOMPARE(coloured.text(), number("1"));
+    QVERIFY(!coloured.setBackgroundColour(Qt::red));
 }
 
 QTEST_MAIN(TestCellItems)

@@ -144,6 +144,12 @@ const Look looks[] = {
          table.item(5, YColumn)->setForeground(QBrush(Qt::NoBrush));
          table.setAlternatingRowColors(true);
      }},
+    {"cells with texts for screen readers",
+     [](PanelFixture &fixture) {
+         fixture.table6d().item(0, BodyIdColumn)->setData(Qt::AccessibleTextRole, QStringLiteral("1, lost"));
+         fixture.table6d().item(0, XColumn)->setData(Qt::AccessibleTextRole, QStringLiteral("in front"));
+         fixture.table6d().item(0, YColumn)->setData(Qt::AccessibleDescriptionRole, QStringLiteral("to the left"));
+     }},
     {"a style sheet of the panel for cells",
      [](PanelFixture &fixture) {
          fixture.panel->setStyleSheet(QStringLiteral("QTableView::item { padding: 4px; border: 1px solid red; }"));
