@@ -9,6 +9,7 @@
 #include <QAction>
 #include <QCursor>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPointer>
@@ -130,9 +131,30 @@ bool ZelTableWidget::hasFilterMenu() const
 
 void ZelTableWidget::contextMenuEvent(QContextMenuEvent *event)
 {
-    Q_UNUSED(event) // the cell is the one that the same click has just pressed
-    if (hasFilterMenu())
+    if (event->reason() == QContextMenuEvent::Keyboard && currentIndex().isValid()) {
+        openMenuOfCurrentCell();
+        return;
+    }
+    if (hasFilterMenu()) // of the cell that the same click has just pressed
         contextMenu->exec(QCursor::pos());
+}
+
+void ZelTableWidget::keyPressEvent(QKeyEvent *event)
+{
+    // The other menu key: of this one Qt makes no event for menus.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && currentIndex().isValid()) {
+        openMenuOfCurrentCell();
+        return;
+    }
+    QTableWidget::keyPressEvent(event);
+}
+
+void ZelTableWidget::openMenuOfCurrentCell()
+{
+    const QModelIndex cell = currentIndex();
+    onCellPressed(cell.row(), cell.column());
+    if (hasFilterMenu())
+        contextMenu->exec(viewport()->mapToGlobal(visualRect(cell).center()));
 }
 
 void ZelTableWidget::displayFilterDlg()

@@ -12,7 +12,8 @@ class QAction;
 class QMenu;
 struct BackendVersions;
 
-/// The table of bodies. A right click in its filter column offers the settings of that body's 6DOF filter.
+/// The table of bodies. A right click in its filter column offers the settings of that body's 6DOF filter, and so do
+/// the menu keys for the current cell.
 class ZelTableWidget : public QTableWidget {
     Q_OBJECT
 
@@ -47,10 +48,12 @@ public slots:
 protected:
     void mousePressEvent(QMouseEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void updateEditorGeometries() override;
 
 private:
     bool hasFilterMenu() const;
+    void openMenuOfCurrentCell(); ///< which counts as pressed
 
     BackendVersions *versions = nullptr;
     IOManager *ioManager = nullptr;
