@@ -117,7 +117,7 @@ void DataDisplayModule::createEntry()
     isUnloading = false;
     entry.action = action;
     entry.widget = dock.release();
-    panel.release(); // the dock's
+    static_cast<void>(panel.release()); // the dock's
 }
 
 void DataDisplayModule::forgetEntry() noexcept
