@@ -42,14 +42,10 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     tableWidget6d->setIOManager(ioManager);
     tableWidget6d->setVersions(versions);
     tableWidget6d->setTabIndex(0);
-    registration = std::make_unique<Registration>(*ioManager, *this);
-
     bodyTable = std::make_unique<BodyTable>(*tableWidget6d, versionAtLeast(*versions, 1, 12));
     markerTable = std::make_unique<MarkerTable>(*tableWidget3d);
     columnWidths =
         std::make_unique<ColumnWidths>(*ioManager, *tableWidget6d, *tableWidget3d, preferencesDirOf(moduleVersion));
-    columnWidths->loadPreferences();
-
     viewTimer.setObjectName(QStringLiteral("viewTimer"));
     viewTimer.setInterval(viewInterval);
     sensorTimer.setObjectName(QStringLiteral("sensorTimer"));
@@ -60,6 +56,9 @@ DataDisplay::DataDisplay(IOManager *io, QWidget *parent, BackendVersions *backen
     connect(&sensorTimer, &QTimer::timeout, this, &DataDisplay::timerUpdateInertialSensorInfo);
     connect(this, &DataDisplay::shallUpdateView6d, this, &DataDisplay::updateView6d, Qt::QueuedConnection);
 
+    // The host may call in from here on.
+    registration = std::make_unique<Registration>(*ioManager, *this);
+    columnWidths->loadPreferences();
     output.choose(canUseInertialFormat(readFixedAngles(*ioManager, *versions)), *this);
     output.activate("3d");
     registration->setEndedWhenDestroyed(false);
@@ -224,6 +223,7 @@ void DataDisplay::clearData() noexcept
 try {
     configurations.begin();
     sensorPolling.abandonPass();
+    output.abandon();
     viewTimer.stop();
     bodyTable->clear();
     markerTable->clear();

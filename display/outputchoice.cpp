@@ -32,12 +32,13 @@ void OutputChoice::choose(bool inertial, const QWidget &panel)
 void OutputChoice::activate(const char *tag) const
 {
     // By itself: the panel may be destroyed while the host waits for an answer, and this object with it.
+    const CallSequence::Call call = choices.current();
     IOManager &io = ioManager;
     const QString name = QLatin1String(tag);
     Query query(io);
     const auto available = query.text(io.requestString(query.textBuffer(), "output available %s", tag),
                                       "get info output %1 available", name);
-    if (!available)
+    if (!available || call.isSuperseded())
         return;
     if (*available == "no") {
         logToHost(io, QStringLiteral("Error: Output format %1 is not available and cannot be activated").arg(name));
@@ -45,7 +46,7 @@ void OutputChoice::activate(const char *tag) const
     }
     const auto active = query.text(io.requestString(query.textBuffer(), "output active chmon %s", tag),
                                    "get info output %1 active", name);
-    if (!active || *active != "no")
+    if (!active || *active != "no" || call.isSuperseded())
         return;
     query.accepted(io.sendCommand("output active chmon %s yes", tag), "activate output %1", name);
 }

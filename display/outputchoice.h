@@ -22,6 +22,8 @@ public:
     void choose(bool inertial, const QWidget &panel);
     /// Has the backend deliver the output \a tag. May return with this object destroyed.
     void activate(const char *tag) const;
+    /// Ends a choice that waits for an answer: it asks nothing more.
+    void abandon() { choices.begin(); }
 
     /// Subscribes to bodies and markers.
     void start() const;

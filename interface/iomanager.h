@@ -8,8 +8,12 @@
 class Requester;
 
 /// The host's command channel to the backend, property "CommandManager". All calls are made on the GUI thread and
-/// return when the backend has answered or failed; until then that thread runs no event loop and no other call into
-/// the module. Formats are printf's, and so are the values that follow them.
+/// return when the backend has answered or failed. Formats are printf's, and so are the values that follow them.
+///
+/// Until a call returns, the host had better run no event loop on that thread. Where it does, the module shows its
+/// state before the call, and takes output lines as ever. A nested configurationChanged(), clearData() or unloading,
+/// or the deletion of the module's dock or of its parent window, ends what the module was doing: that asks nothing
+/// more, and what the nested call did stays. Deleting the parent window within moduleEntries() is not supported.
 ///
 /// Modules and hosts are built apart, so the order of the entries is a contract: requestString is entry 5 of the
 /// table. Nothing may be put in front of it, and no destructor into it (it would take two entries).

@@ -10,7 +10,9 @@
 class QAction;
 class QWidget;
 
-/// What a module adds to the host's menus and dock areas. The module owns the record, the action and the widget.
+/// What a module adds to the host's menus and dock areas. The module owns the record, the action and the widget. The
+/// host may delete the widget, or the parent window with it, before it unloads the module: action and widget are then
+/// null here, and the module is unregistered from the command channel.
 struct ModuleEntry {
     QAction *action = nullptr;
     qint32 primaryOrder = 0;
@@ -29,7 +31,8 @@ public:
 
     /// The host is about to unload the module: it unregisters from the command channel and saves its settings.
     virtual void aboutToUnload() = 0;
-    /// Deletes the widgets of the entries, which the host no longer uses.
+    /// Deletes the widgets of the entries, which the host no longer uses. Without aboutToUnload() before it, the module
+    /// stays registered with the command channel.
     virtual void releaseWidgets() = 0;
     virtual QString moduleName() const = 0;
     virtual QString moduleVersion() const = 0; ///< such as "v2.2.6"

@@ -10,10 +10,11 @@ public:
     /// Called on the host's data thread. Returns 0 when consumed or ignored, -1 when malformed.
     virtual int processOutput(const char *tag, const char *line) = 0;
 
-    /// Entry 1. The backend is ready, or its configuration has changed: read it again. GUI thread.
+    /// Entry 1. The backend is ready, or its configuration has changed: read it again. GUI thread. Ends a reading that
+    /// waits for an answer.
     virtual void configurationChanged() = 0;
 
-    /// Entry 2. The backend is gone: drop its data. GUI thread.
+    /// Entry 2. The backend is gone: drop its data. GUI thread. Ends a reading likewise.
     virtual void clearData() = 0;
 
 protected:

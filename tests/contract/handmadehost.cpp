@@ -216,11 +216,12 @@ void stopOutput(void *self, const char *tag, void *requester)
 
 void registerRequester(void *self, void *requester)
 {
-    HandMadeHost &host = enter(self, "registerRequester", {});
+    auto &host = *static_cast<HandMadeHost *>(self);
     if (host.isRequesterRegistered || !requester)
         host.violations.append("registerRequester twice or without a requester");
     host.requester = requester;
     host.isRequesterRegistered = true;
+    enter(self, "registerRequester", {});
 }
 
 void unregisterRequester(void *self, void *requester)
