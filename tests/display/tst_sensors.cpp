@@ -52,6 +52,8 @@ private slots:
     void headRowIsSkipped();
     void sensorNamesAreNoFormats();
     void timersOfAConfiguration();
+    void timerStopsWithTheSensors_data();
+    void timerStopsWithTheSensors();
     void warningForFixedAngles();
 };
 
@@ -306,6 +308,38 @@ void TestSensors::timersOfAConfiguration()
     fixture.answer("inertial body_of_sensor d01", "standard b02");
     fixture.panel->configurationChanged();
     fixture.answer("inertial body_of_sensor d01", "none");
+    fixture.panel->configurationChanged();
+    QVERIFY(fixture.sensorTimer().isActive());
+}
+
+void TestSensors::timerStopsWithTheSensors_data()
+{
+    QTest::addColumn<QString>("answer"); // to whether there are sensors at all; null for none
+    QTest::addColumn<int>("minorVersion");
+    QTest::newRow("no sensors any more") << QStringLiteral("no") << 24;
+    QTest::newRow("another word") << QStringLiteral("Yes") << 24;
+    QTest::newRow("no answer") << QString() << 24;
+    QTest::newRow("an older backend, which is not asked") << QStringLiteral("yes") << 11;
+}
+
+void TestSensors::timerStopsWithTheSensors()
+{
+    QFETCH(const QString, answer);
+    QFETCH(const int, minorVersion);
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    QVERIFY(fixture.sensorTimer().isActive());
+    if (answer.isNull())
+        fixture.refuse("inertial available");
+    else
+        fixture.answer(QStringLiteral("inertial available"), answer);
+    fixture.versions.backendMinor = minorVersion;
+    fixture.panel->configurationChanged();
+    QVERIFY(!fixture.sensorTimer().isActive());
+    QVERIFY(fixture.viewTimer().isActive());
+
+    fixture.answer("inertial available", "yes");
+    fixture.versions.backendMinor = 24;
     fixture.panel->configurationChanged();
     QVERIFY(fixture.sensorTimer().isActive());
 }
