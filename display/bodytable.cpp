@@ -106,7 +106,7 @@ void BodyTable::build(BodyConfiguration next)
     CellRange all;
     all.addRow(0, Column6dCount);
     all.addRow(rows - 1, Column6dCount);
-    all.tell(*table.model());
+    all.emitDataChanged(*table.model());
 }
 
 void BodyTable::fillRow(int row)

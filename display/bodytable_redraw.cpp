@@ -19,7 +19,7 @@ try {
         return;
     const CellRange changed = std::exchange(pendingCells, CellRange());
     auto keepPending = qScopeGuard([&] { pendingCells = changed; });
-    changed.tell(*table.model());
+    changed.emitDataChanged(*table.model());
     keepPending.dismiss();
     if (foreignChanges.sinceLast() == 1) // ours, and nobody else's in answer to it
         foreignChanges.accept();

@@ -23,14 +23,14 @@ bool isKnown(const QStyle &style)
 }
 
 /// An opaque or transparent colour, or nothing at all; no pattern, gradient or picture.
-bool isPlain(const QVariant &brush)
+bool isSolidOrNone(const QVariant &brush)
 {
     if (!brush.isValid())
         return true;
     return brush.userType() == QMetaType::QBrush && qvariant_cast<QBrush>(brush).style() == Qt::SolidPattern;
 }
 
-bool isPlain(const QStyleOptionViewItem &option)
+bool isDefaultCell(const QStyleOptionViewItem &option)
 {
     constexpr QStyle::State special = QStyle::State_Selected | QStyle::State_HasFocus | QStyle::State_Editing;
     return (option.state & QStyle::State_Enabled) && !(option.state & special) && option.direction == Qt::LeftToRight
@@ -54,25 +54,24 @@ void fillBackground(QPainter &painter, const QRect &cell, const QVariant &backgr
         painter.fillRect(cell, colour);
 }
 
-/// The letters that measuresOf() measures. Others may carry accents upon accents, or be of another font or direction.
-constexpr char16_t plainLetters[][2] = {{u' ', u'~'}, {0xA1, 0xAC}, {0xAE, 0xFF}};
+/// The characters that metricsOf() measures. Others may carry accents upon accents, or be of another font or direction.
+constexpr char16_t latin1Ranges[][2] = {{u' ', u'~'}, {0xA1, 0xAC}, {0xAE, 0xFF}};
 
-bool isPlainText(const QString &text)
+bool isLatin1(const QString &text)
 {
-    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar letter) {
-        return std::any_of(std::begin(plainLetters), std::end(plainLetters), [letter](const auto &range) {
-            return letter.unicode() >= range[0] && letter.unicode() <= range[1];
-        });
+    return !text.isEmpty() && std::all_of(text.begin(), text.end(), [](QChar ch) {
+        return std::any_of(std::begin(latin1Ranges), std::end(latin1Ranges),
+                           [ch](const auto &range) { return ch.unicode() >= range[0] && ch.unicode() <= range[1]; });
     });
 }
 
 /// A line of text in a cell, laid out as the style does it.
-class PlainText {
+class SingleLineText {
 public:
-    PlainText(const QString &text, const QFont &font, const QRect &itsRect, Qt::Alignment itsAlignment, int itsOverhang)
-        : rect(itsRect)
-        , alignment(itsAlignment)
-        , overhang(itsOverhang)
+    SingleLineText(const QString &text, const QFont &font, const QRect &rect, Qt::Alignment alignment, int overhang)
+        : rect(rect)
+        , alignment(alignment)
+        , overhang(overhang)
         , layout(text, font)
     {
     }
@@ -108,30 +107,30 @@ private:
     int lineHeight() const { return layout.boundingRect().size().toSize().height(); }
 
     const Qt::Alignment alignment;
-    const int overhang; ///< of the font's letters, upright [pixels]
+    const int overhang; ///< of the font's characters, vertical [pixels]
     QTextLayout layout;
     int top = 0;
 };
 
 } // namespace
 
-CellDelegate::CellDelegate(QTableWidget *itsTable)
-    : QStyledItemDelegate(itsTable)
-    , table(*itsTable)
-    , ownStyleSheet(itsTable->styleSheet())
+CellDelegate::CellDelegate(QTableWidget *table)
+    : QStyledItemDelegate(table)
+    , table(*table)
+    , ownStyleSheet(table->styleSheet())
 {
 }
 
 void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const QTableWidgetItem *const item = table.item(index.row(), index.column());
-    const bool plain = isPlain(option) && styleIsKnown();
-    const bool done = plain && (!item || paintPlain(*painter, option, *item)); // no item: there is nothing to paint
+    const bool isFast = isDefaultCell(option) && styleIsKnown();
+    const bool done = isFast && (!item || paintFast(*painter, option, *item)); // no item: there is nothing to paint
     if (!done)
         QStyledItemDelegate::paint(painter, option, index);
 }
 
-bool CellDelegate::paintPlain(QPainter &painter, const QStyleOptionViewItem &option, const QTableWidgetItem &item) const
+bool CellDelegate::paintFast(QPainter &painter, const QStyleOptionViewItem &option, const QTableWidgetItem &item) const
 {
     for (const int role : {Qt::FontRole, Qt::DecorationRole, Qt::CheckStateRole}) {
         if (item.data(role).isValid())
@@ -140,49 +139,50 @@ bool CellDelegate::paintPlain(QPainter &painter, const QStyleOptionViewItem &opt
     const QVariant background = item.data(Qt::BackgroundRole);
     const QVariant foreground = item.data(Qt::ForegroundRole);
     const QVariant display = item.data(Qt::DisplayRole);
-    if (!isPlain(background) || !isPlain(foreground))
+    if (!isSolidOrNone(background) || !isSolidOrNone(foreground))
         return false;
     if (!display.isValid()) {
         fillBackground(painter, option.rect, background);
         return true;
     }
     const QString text = display.userType() == QMetaType::QString ? display.toString() : QString();
-    if (!isPlainText(text))
+    if (!isLatin1(text))
         return false;
 
     const int margin = table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1;
-    const Measures &font = measuresOf(option.font);
-    if (font.sideways >= margin)
+    const Metrics &font = metricsOf(option.font);
+    if (font.horizontalOverhang >= margin)
         return false;
-    const QVariant ownAlignment = item.data(Qt::TextAlignmentRole);
-    const Qt::Alignment alignment(ownAlignment.isValid() ? ownAlignment.toInt() : int(option.displayAlignment));
+    const QVariant itemAlignment = item.data(Qt::TextAlignmentRole);
+    const Qt::Alignment alignment(itemAlignment.isValid() ? itemAlignment.toInt() : int(option.displayAlignment));
     if (!(alignment & Qt::AlignVCenter))
         return false;
 
-    PlainText plain{text, option.font, option.rect.adjusted(margin, 0, -margin, 0), alignment, font.upright};
+    SingleLineText line{text, option.font, option.rect.adjusted(margin, 0, -margin, 0), alignment,
+                        font.verticalOverhang};
     const bool asNumber = alignment == (Qt::AlignRight | Qt::AlignVCenter)
-        && font.numberGlyphs.fit(painter.deviceTransform()) && plain.hasRoomFor(font.numberGlyphs.height());
+        && font.numberGlyphs.fit(painter.deviceTransform()) && line.hasRoomFor(font.numberGlyphs.height());
     const QPen pen = painter.pen();
     const auto restorePen = qScopeGuard([&] { painter.setPen(pen); });
     const auto prepare = [&] {
         fillBackground(painter, option.rect, background);
         painter.setPen(textColour(option, foreground));
     };
-    if (asNumber && font.numberGlyphs.takes(text, plain.rect.width())) {
+    if (asNumber && font.numberGlyphs.accepts(text, line.rect.width())) {
         prepare();
-        font.numberGlyphs.draw(painter, plain.rect, plain.topOf(font.numberGlyphs.height()), text);
+        font.numberGlyphs.draw(painter, line.rect, line.topOf(font.numberGlyphs.height()), text);
         return true;
     }
-    if (!plain.layOut())
+    if (!line.layOut())
         return false;
     prepare();
-    plain.draw(painter);
+    line.draw(painter);
     return true;
 }
 
 bool CellDelegate::styleIsKnown() const
 {
-    // A style sheet of the application makes its style another one; those of the ancestors reach down to the cells.
+    // A style sheet of the application replaces its style; those of the ancestors reach down to the cells.
     if (table.testAttribute(Qt::WA_SetStyle) || !isKnown(*QApplication::style()) || table.styleSheet() != ownStyleSheet)
         return false;
     for (const QWidget *widget = table.parentWidget(); widget; widget = widget->parentWidget()) {
@@ -192,23 +192,26 @@ bool CellDelegate::styleIsKnown() const
     return true;
 }
 
-const CellDelegate::Measures &CellDelegate::measuresOf(const QFont &font) const
+const CellDelegate::Metrics &CellDelegate::metricsOf(const QFont &font) const
 {
     const QRawFont face = QRawFont::fromFont(font);
-    if (measures && measures->font == font && measures->face == face)
-        return *measures;
-    const QFontMetricsF metrics(font);
-    qreal sideways = 0.0;
-    qreal upright = 0.0;
-    for (const auto &range : plainLetters) {
+    if (metrics && metrics->font == font && metrics->face == face)
+        return *metrics;
+    const QFontMetricsF fontMetrics(font);
+    qreal horizontalOverhang = 0.0;
+    qreal verticalOverhang = 0.0;
+    for (const auto &range : latin1Ranges) {
         for (char16_t code = range[0]; code <= range[1]; ++code) {
-            const QChar letter(code);
-            const QRectF ink = metrics.boundingRect(letter);
-            sideways = std::max({sideways, -metrics.leftBearing(letter), -metrics.rightBearing(letter)});
-            upright = std::max({upright, -ink.top() - metrics.ascent(), ink.bottom() - metrics.descent()});
+            const QChar ch(code);
+            const QRectF ink = fontMetrics.boundingRect(ch);
+            horizontalOverhang =
+                std::max({horizontalOverhang, -fontMetrics.leftBearing(ch), -fontMetrics.rightBearing(ch)});
+            verticalOverhang =
+                std::max({verticalOverhang, -ink.top() - fontMetrics.ascent(), ink.bottom() - fontMetrics.descent()});
         }
     }
     // The smoothing of the edges takes up to a pixel.
-    measures.emplace(Measures{font, face, qCeil(sideways) + 1, qCeil(upright) + 1, NumberGlyphs(font)});
-    return *measures;
+    metrics.emplace(
+        Metrics{font, face, qCeil(horizontalOverhang) + 1, qCeil(verticalOverhang) + 1, NumberGlyphs(font)});
+    return *metrics;
 }

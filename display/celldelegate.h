@@ -13,36 +13,37 @@
 class QTableWidget;
 class QTableWidgetItem;
 
-/// Paints the plain cells of a table, most of which change five times a second, without the style's general way: a
-/// brush, and one line of text laid out once. The pixels are those of the base class, which paints all the others:
-/// selected, focused or disabled cells, icons, several lines, texts to be shortened, and cells of styles whose ways
-/// are not known.
+/// Paints the cells of a table, most of which change five times a second, directly, bypassing QStyle: a brush, and one
+/// line of text laid out once. The pixels are those of the base class.
+/// Not supported, and left to the base class: selected, focused or disabled cells, editors, icons, check boxes, rich
+/// text, several lines, texts to be shortened, characters beyond Latin-1, right-to-left layout, fonts, patterns and
+/// gradients of single cells, style sheets for cells, and styles other than Fusion and Windows.
 class CellDelegate final : public QStyledItemDelegate {
     Q_OBJECT
 
 public:
-    /// \a itsTable owns the delegate and has a style sheet of its own, which says nothing of cells.
-    explicit CellDelegate(QTableWidget *itsTable);
+    /// \a table owns the delegate and has a style sheet of its own that does not style cells.
+    explicit CellDelegate(QTableWidget *table);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
 private:
-    struct Measures {
+    struct Metrics {
         QFont font;
         // What the font stands for: equal fonts have other glyphs at another resolution, or once a host has loaded
         // fonts of its own.
         QRawFont face;
-        // How far its letters reach over the box of their line, where the base class clips them [pixels].
-        int sideways;
-        int upright;
+        // How far its characters reach over the box of their line, where the base class clips them [pixels].
+        int horizontalOverhang;
+        int verticalOverhang;
         NumberGlyphs numberGlyphs;
     };
 
-    bool paintPlain(QPainter &painter, const QStyleOptionViewItem &option, const QTableWidgetItem &item) const;
+    bool paintFast(QPainter &painter, const QStyleOptionViewItem &option, const QTableWidgetItem &item) const;
     bool styleIsKnown() const;
-    const Measures &measuresOf(const QFont &font) const;
+    const Metrics &metricsOf(const QFont &font) const;
 
     const QTableWidget &table;
     const QString ownStyleSheet; ///< the table's at the start
-    mutable std::optional<Measures> measures; ///< of the font that was asked for last: it is nearly always the same
+    mutable std::optional<Metrics> metrics; ///< of the font that was asked for last: it is nearly always the same
 };

@@ -19,9 +19,9 @@ bool isText(int role)
 
 } // namespace
 
-NumberItem::NumberItem(int type, Qt::Alignment ownAlignment)
+NumberItem::NumberItem(int type, Qt::Alignment alignment)
     : QTableWidgetItem(type)
-    , alignment(ownAlignment)
+    , alignment(alignment)
 {
 }
 
@@ -77,10 +77,10 @@ CoordinateItem::CoordinateItem()
 {
 }
 
-CoordinateItem::CoordinateItem(float firstNumber)
+CoordinateItem::CoordinateItem(float number)
     : CoordinateItem()
 {
-    setNumber(firstNumber);
+    setNumber(number);
 }
 
 bool CoordinateItem::setNumber(float newNumber)
@@ -97,10 +97,10 @@ QString CoordinateItem::numberText() const
     return QString::number(static_cast<double>(number), 'f', 2);
 }
 
-MarkerIdItem::MarkerIdItem(QString itsFormat, qint32 itsId)
+MarkerIdItem::MarkerIdItem(QString format, qint32 id)
     : NumberItem(itemType, Qt::AlignHCenter | Qt::AlignVCenter)
-    , format(std::move(itsFormat))
-    , id(itsId)
+    , format(std::move(format))
+    , id(id)
 {
     setNumberShown();
 }

@@ -26,7 +26,7 @@ protected:
 
     virtual QString numberText() const = 0;
     bool showsNumber() const { return numberShown; }
-    /// The number is the text from now on. Tells the table nothing: that is the caller's.
+    /// The number is the text from now on. The caller notifies the table.
     void setNumberShown() { numberShown = true; }
 
 private:
@@ -43,7 +43,7 @@ public:
     explicit CoordinateItem(float number);
 
     CoordinateItem *clone() const override { return new CoordinateItem(*this); }
-    /// Shows \a number, and tells whether anything changed: the same bits don't. The caller tells the table.
+    /// Shows \a number. Returns whether it changed: the same bits don't. The caller notifies the table.
     bool setNumber(float number);
 
 protected:
@@ -71,7 +71,7 @@ private:
     qint32 id = 0;
 };
 
-/// A cell in the middle whose colours change seldom and are set often.
+/// A centred cell whose colours are set often but rarely change.
 class ColouredItem final : public QTableWidgetItem {
 public:
     static constexpr int itemType = UserType + 3;
@@ -83,7 +83,7 @@ public:
     ColouredItem *clone() const override { return new ColouredItem(*this); }
     void setData(int role, const QVariant &value) override;
     void read(QDataStream &in) override;
-    /// Set one colour, and tell whether it is another one than before.
+    /// Set one colour. Return whether it changed.
     bool setTextColour(Qt::GlobalColor colour) { return setColour(Qt::ForegroundRole, colour, textColour); }
     bool setBackgroundColour(Qt::GlobalColor colour) { return setColour(Qt::BackgroundRole, colour, backgroundColour); }
 
@@ -96,11 +96,11 @@ private:
     int backgroundColour = unknownColour;
 };
 
-// The redraw finds its own items by their type. In cells where somebody has put others it uses those as plain ones.
+// The redraw finds its own items by their type. Items that somebody else has put there are used through the base class.
 
-/// Shows \a number in \a item, and tells whether the item changed.
+/// Shows \a number in \a item. Returns whether the item changed.
 bool setNumber(QTableWidgetItem &item, float number);
-/// Set colours of \a item, and tell whether the item changed.
+/// Set colours of \a item. Return whether the item changed.
 bool setBackground(QTableWidgetItem &item, Qt::GlobalColor colour);
 bool setColours(QTableWidgetItem &item, Qt::GlobalColor text, Qt::GlobalColor background);
 /// Sets what a screen reader says of \a item. Returns whether it changed.

@@ -25,7 +25,7 @@ void CellRange::addRow(int row, int columns) noexcept
     add(row, columns - 1);
 }
 
-void CellRange::tell(QAbstractItemModel &model) const
+void CellRange::emitDataChanged(QAbstractItemModel &model) const
 {
     emit model.dataChanged(model.index(top, left), model.index(bottom, right));
 }

@@ -11,8 +11,8 @@ public:
     void add(int row, int column) noexcept;
     /// Adds the first \a columns cells of \a row.
     void addRow(int row, int columns) noexcept;
-    /// Lets \a model emit one dataChanged() for the cells of the range. Not for an empty one.
-    void tell(QAbstractItemModel &model) const;
+    /// Lets \a model emit one dataChanged() for the cells of the range, which is not empty.
+    void emitDataChanged(QAbstractItemModel &model) const;
 
 private:
     int top = 0;

@@ -68,7 +68,7 @@ try {
     makeRows(data);
     const CellRange changed = fillRows(data, idFormat);
     if (!changed.isEmpty())
-        changed.tell(*table.model());
+        changed.emitDataChanged(*table.model());
 } catch (...) {
     return;
 }

@@ -18,12 +18,12 @@ bool isWhole(qreal number)
     return number == std::floor(number);
 }
 
-/// Every letter beside every letter: each in turn after each other, then once more at the end.
-QString allPairs(const QString &letters)
+/// Every character beside every character: each in turn after each other, then once more at the end.
+QString allPairs(const QString &characters)
 {
     QString text;
-    for (const QChar first : letters) {
-        for (const QChar second : letters) {
+    for (const QChar first : characters) {
+        for (const QChar second : characters) {
             text += first;
             text += second;
         }
@@ -33,13 +33,13 @@ QString allPairs(const QString &letters)
 
 } // namespace
 
-int NumberGlyphs::placeOf(QChar letter)
+int NumberGlyphs::placeOf(QChar ch)
 {
-    if (letter >= QLatin1Char('0') && letter <= QLatin1Char('9'))
-        return letter.unicode() - '0';
-    if (letter == QLatin1Char('.'))
+    if (ch >= QLatin1Char('0') && ch <= QLatin1Char('9'))
+        return ch.unicode() - '0';
+    if (ch == QLatin1Char('.'))
         return 10;
-    return letter == QLatin1Char('-') ? 11 : -1;
+    return ch == QLatin1Char('-') ? 11 : -1;
 }
 
 NumberGlyphs::NumberGlyphs(const QFont &font)
@@ -59,8 +59,8 @@ NumberGlyphs::NumberGlyphs(const QFont &font)
     const QVector<QPointF> positions = runs.first().positions();
     if (indexes.size() != text.size() || positions.size() != text.size())
         return;
-    // The text begins with the first letter twice, then goes on in pairs: a letter's room is up to the one after it.
-    std::array<bool, letterCount> seen{};
+    // The text starts with the first character twice, then goes on in pairs: a character's room is up to the next one.
+    std::array<bool, characterCount> seen{};
     for (int i = 0; i + 1 < text.size(); ++i) {
         const auto place = static_cast<std::size_t>(placeOf(text.at(i)));
         const Glyph found{indexes.at(i), positions.at(i + 1).x() - positions.at(i).x()};
@@ -83,13 +83,13 @@ bool NumberGlyphs::fit(const QTransform &transform) const
         && isWhole(transform.dx()) && isWhole(transform.dy());
 }
 
-bool NumberGlyphs::takes(const QString &number, int width) const
+bool NumberGlyphs::accepts(const QString &number, int width) const
 {
     if (number.size() > longestNumber)
         return false;
     qreal sum = 0.0;
-    for (const QChar letter : number) {
-        const int place = placeOf(letter);
+    for (const QChar ch : number) {
+        const int place = placeOf(ch);
         if (place < 0)
             return false;
         sum += glyphs[static_cast<std::size_t>(place)].advance;
@@ -103,8 +103,8 @@ void NumberGlyphs::draw(QPainter &painter, const QRect &rect, int top, const QSt
     std::array<QPointF, longestNumber> positions{};
     std::size_t count = 0;
     qreal width = 0.0;
-    for (const QChar letter : number) {
-        const Glyph &glyph = glyphs[static_cast<std::size_t>(placeOf(letter))];
+    for (const QChar ch : number) {
+        const Glyph &glyph = glyphs[static_cast<std::size_t>(placeOf(ch))];
         indexes[count] = glyph.index;
         positions[count].setX(width);
         width += glyph.advance;
