@@ -5,7 +5,8 @@
 # without, so that each source is seen to include what it needs.
 option(VORNAK_PRECOMPILE "Precompile Qt's headers for the product, too" OFF)
 function(vornak_add_room_headers name header)
-    add_library(${name} OBJECT "${PROJECT_SOURCE_DIR}/cmake/roomheaders.cpp")
+    file(GENERATE OUTPUT "${CMAKE_BINARY_DIR}/${name}.cpp" CONTENT "// Empty but for the headers.\n")
+    add_library(${name} OBJECT "${CMAKE_BINARY_DIR}/${name}.cpp")
     target_link_libraries(${name} PRIVATE vornak_warnings ${ARGN})
     target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
     target_precompile_headers(${name} PRIVATE ${header})
