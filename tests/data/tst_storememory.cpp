@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "data/trackingdata.h"
 
-#include "allocationcount.h"
+#include "tests/support/heap.h"
 
 #include <QtTest>
 

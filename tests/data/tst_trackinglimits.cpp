@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "data/trackingdata.h"
 
-#include "allocationcount.h"
 #include "storetext.h"
+#include "tests/support/heap.h"
 #include "tests/support/lockstate.h"
 
 #include <QtTest>

@@ -4,9 +4,9 @@
 
 #include "display/sensorpolling.h"
 #include "display/zeltablewidget.h"
-#include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/syntheticlines.h"
 #include "tests/support/filterscript.h"
+#include "tests/support/heap.h"
 #include "tests/support/openwidgets.h"
 
 #include <QApplication>

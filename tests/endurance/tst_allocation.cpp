@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/crashreport.h"
-#include "tests/endurance/failingheap.h"
+#include "tests/endurance/ownprocess.h"
+#include "tests/support/heap.h"
 #include "tests/support/panelfixture.h"
 #include "tests/support/repetitions.h"
 
@@ -11,16 +11,10 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <functional>
 #include <limits>
-#include <new>
 #include <numeric>
 #include <thread>
-
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -129,24 +123,10 @@ void liveOn(PanelFixture &fixture, const std::function<void()> &act, bool isRedr
         fate.stage = Fate::Done;
 }
 
-/// Does so in a process of its own, as Qt may not survive it.
+/// Does so in a process of its own.
 Fate strike(PanelFixture &fixture, const std::function<void()> &act, bool isRedraw, long k)
 {
-    void *const memory = ::mmap(nullptr, sizeof(Fate), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    auto *const shared = new (memory) Fate;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::alarm(20);
-        reportCrashTo(shared->crash);
-        std::fclose(stdout);
-        std::fclose(stderr);
-        liveOn(fixture, act, isRedraw, k, *shared);
-        ::_exit(0);
-    }
-    ::waitpid(child, nullptr, 0);
-    const Fate fate = *shared;
-    ::munmap(memory, sizeof(Fate));
-    return fate;
+    return inOwnProcess<Fate>([&](Fate &fate) { liveOn(fixture, act, isRedraw, k, fate); });
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "tests/contract/guestsession.h"
-#include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
+#include "tests/support/heap.h"
 #include "tests/support/repetitions.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "module/datadisplaymodule.h"
-#include "tests/endurance/crashreport.h"
-#include "tests/endurance/failingheap.h"
+#include "tests/endurance/ownprocess.h"
+#include "tests/support/heap.h"
 #include "tests/support/panelfixture.h"
 #include "tests/support/repetitions.h"
 
@@ -11,14 +11,8 @@
 #include <QMainWindow>
 #include <QtTest>
 
-#include <cstdio>
 #include <functional>
 #include <limits>
-#include <new>
-
-#include <sys/mman.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace {
 
@@ -56,33 +50,21 @@ struct Outcome {
     CrashReport crash;
 };
 
-/// Calls the module in a process of its own, as Qt may not survive the failure of the \a k-th allocation.
+/// Calls the module in a process of its own, where the \a k-th allocation fails.
 Outcome strike(LoadedModule &loaded, const std::function<int()> &call, long k)
 {
-    void *const memory = ::mmap(nullptr, sizeof(Outcome), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    auto *const shared = new (memory) Outcome;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        ::alarm(20);
-        reportCrashTo(shared->crash);
-        std::fclose(stdout);
-        std::fclose(stderr);
+    return inOwnProcess<Outcome>([&](Outcome &outcome) {
         int left = 0;
         const int registered = loaded.registrations();
         {
             const FailingHeap heap(k, k);
             left = call();
-            shared->allocations = FailingHeap::count();
+            outcome.allocations = FailingHeap::count();
         }
         // Unregistering, the host itself may have run out of memory.
         const bool isKnown = registered > 0 || loaded.registrations() == left;
-        shared->whole = loaded.has(left) && isKnown && loaded.module.moduleEntries().size() == 1 && loaded.has(1);
-        ::_exit(0);
-    }
-    ::waitpid(child, nullptr, 0);
-    const Outcome outcome = *shared;
-    ::munmap(memory, sizeof(Outcome));
-    return outcome;
+        outcome.whole = loaded.has(left) && isKnown && loaded.module.moduleEntries().size() == 1 && loaded.has(1);
+    });
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/heapsnapshot.h"
 #include "tests/endurance/processfigures.h"
 #include "tests/endurance/simulatedshift.h"
+#include "tests/support/heap.h"
 #include "tests/support/repetitions.h"
 
 #include <QAbstractEventDispatcher>

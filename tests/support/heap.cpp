@@ -1,16 +1,57 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/endurance/heapsnapshot.h"
+#include "tests/support/heap.h"
 
 #include <QStringList>
 
 #include <algorithm>
 #include <atomic>
 #include <cerrno>
-#include <cstddef>
 #include <cstring>
 
 #include <malloc.h>
+
+namespace {
+
+std::atomic<quint64> allocations{0};
+
+thread_local bool isFailing = false;
+thread_local long tries = 0;
+thread_local long firstFailure = 0;
+thread_local long lastFailure = 0;
+
+} // namespace
+
+quint64 allocationCount()
+{
+    return allocations;
+}
+
+FailingHeap::FailingHeap(long first, long last)
+{
+    tries = 0;
+    firstFailure = first;
+    lastFailure = last;
+    isFailing = true;
+}
+
+FailingHeap::~FailingHeap()
+{
+    isFailing = false;
+}
+
+long FailingHeap::count()
+{
+    return tries;
+}
+
+bool FailingHeap::isToFail()
+{
+    if (!isFailing)
+        return false;
+    ++tries;
+    return tries >= firstFailure && tries <= lastFailure;
+}
 
 QString HeapSnapshot::changesSince(const HeapSnapshot &earlier) const
 {
@@ -25,8 +66,23 @@ QString HeapSnapshot::changesSince(const HeapSnapshot &earlier) const
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 
-// GCC has the function, but not its header.
+// GCC has these functions, but not their headers.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*allocated)(const volatile void *, std::size_t),
+                                                         void (*released)(const volatile void *));
+
+namespace {
+
+void countAllocation(const volatile void *, std::size_t)
+{
+    ++allocations;
+}
+
+void ignoreRelease(const volatile void *) { }
+
+[[maybe_unused]] const int hooks = __sanitizer_install_malloc_and_free_hooks(countAllocation, ignoreRelease);
+
+} // namespace
 
 HeapSnapshot HeapSnapshot::now()
 {
@@ -76,6 +132,16 @@ std::size_t sizeOf(void *block)
     return size;
 }
 
+/// Notes that a block is asked for. Returns whether there is none.
+bool isRefused()
+{
+    allocations.fetch_add(1, std::memory_order_relaxed);
+    if (!FailingHeap::isToFail())
+        return false;
+    errno = ENOMEM;
+    return true;
+}
+
 } // namespace
 
 HeapSnapshot HeapSnapshot::now()
@@ -89,8 +155,6 @@ HeapSnapshot HeapSnapshot::now()
     return heap;
 }
 
-// The executable's definitions replace those of the C library for every library of the process; operator new and
-// Qt's containers come here too.
 extern "C" {
 
 void *__libc_malloc(std::size_t size) noexcept;
@@ -101,13 +165,13 @@ void __libc_free(void *block) noexcept;
 
 Q_DECL_EXPORT void *malloc(std::size_t size) noexcept
 {
-    return counted(__libc_malloc(size + footer), size);
+    return isRefused() ? nullptr : counted(__libc_malloc(size + footer), size);
 }
 
 Q_DECL_EXPORT void *calloc(std::size_t number, std::size_t each) noexcept
 {
     std::size_t size = 0;
-    if (__builtin_mul_overflow(number, each, &size))
+    if (isRefused() || __builtin_mul_overflow(number, each, &size))
         return nullptr;
     return counted(__libc_calloc(1, size + footer), size);
 }
@@ -116,6 +180,8 @@ Q_DECL_EXPORT void *realloc(void *block, std::size_t size) noexcept
 {
     if (!block)
         return malloc(size);
+    if (isRefused())
+        return nullptr;
     const std::size_t sizeBefore = sizeOf(block);
     void *const moved = __libc_realloc(block, size + footer);
     if (moved)

@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "tests/support/heap.h"
+
+// A file of its own, as under a sanitizer it costs the check that a block goes back as it came.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+
+#include <cstdlib>
+#include <new>
+
+void *operator new(std::size_t size)
+{
+    void *const block = FailingHeap::isToFail() ? nullptr : std::malloc(size);
+    if (!block)
+        throw std::bad_alloc();
+    return block;
+}
+
+void operator delete(void *block) noexcept
+{
+    std::free(block);
+}
+
+void operator delete(void *block, std::size_t) noexcept
+{
+    std::free(block);
+}
+
+#endif
