@@ -2,8 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "tests/endurance/faultyhost.h"
+#include "tests/support/dialogactions.h"
 #include "tests/support/filterscript.h"
-#include "tests/support/typing.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -85,7 +85,6 @@ private:
         return dialog->findChild<Widget *>(QLatin1String(name));
     }
     void prepare();
-    void act(const QByteArray &action);
     void compareDefaults(const QSet<QByteArray> &failed);
     QStringList everything() const;
 
@@ -198,24 +197,6 @@ void TestTortureDialog::opening()
     }
 }
 
-void TestTortureDialog::act(const QByteArray &action)
-{
-    const auto enter = [this](QAbstractSpinBox *spinBox, const QString &number) {
-        replaceNumber(spinBox, number);
-        child<QWidget>("pushButton_exit")->setFocus();
-    };
-    if (action == "active")
-        QTest::mouseClick(child<QCheckBox>("checkBox_active"), Qt::LeftButton, {}, QPoint(8, 8));
-    else if (action == "preset")
-        QTest::keyClicks(child<QComboBox>("comboBox_preset"), QStringLiteral("Hybrid"));
-    else if (action == "strength")
-        enter(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
-    else if (action == "prediction")
-        enter(child<QSpinBox>("spinBox_prediction"), QStringLiteral("25"));
-    else if (action == "mode")
-        QTest::keyClicks(child<QComboBox>("comboBox_mode"), QStringLiteral("Static"));
-}
-
 void TestTortureDialog::action_data()
 {
     QTest::addColumn<BackendVersions>("version");
@@ -242,7 +223,7 @@ void TestTortureDialog::action()
         bool acted = false;
         runDialog(*dialog, 0, -1, [&] {
             faulty->fail(k, std::numeric_limits<int>::max());
-            act(name);
+            changeSetting(*dialog, name);
             isStruck = faulty->count >= k;
             QCOMPARE(faulty->record, expectedRecord(faulty->record, perBody));
             QSet<QByteArray> failed;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
-#include "tests/filter/dialogactions.h"
+#include "tests/support/dialogactions.h"
 #include "tests/support/filterscript.h"
 
 #include <QCheckBox>

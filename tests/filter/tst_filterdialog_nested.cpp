@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "filter/filterdialog.h"
 #include "filter/filterhelp.h"
-#include "tests/filter/dialogactions.h"
+#include "tests/support/dialogactions.h"
 #include "tests/support/filterscript.h"
 
 #include <QApplication>

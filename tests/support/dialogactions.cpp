@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "tests/filter/dialogactions.h"
+#include "tests/support/dialogactions.h"
 
 #include "filter/filterdialog.h"
 #include "tests/support/typing.h"
