@@ -110,49 +110,6 @@ QString MarkerIdItem::numberText() const
     return format.arg(id, 0, 10, QLatin1Char(' '));
 }
 
-ColouredItem::ColouredItem(const QString &text)
-    : QTableWidgetItem(text, itemType)
-{
-    setTextAlignment(Qt::AlignCenter);
-}
-
-// The base's copy would be of the plain type.
-ColouredItem::ColouredItem(const ColouredItem &other) // NOLINT(bugprone-copy-constructor-init)
-    : QTableWidgetItem(itemType)
-    , textColour(other.textColour)
-    , backgroundColour(other.backgroundColour)
-{
-    QTableWidgetItem::operator=(other);
-}
-
-void ColouredItem::setData(int role, const QVariant &value)
-{
-    if (role == Qt::ForegroundRole)
-        textColour = unknownColour;
-    else if (role == Qt::BackgroundRole)
-        backgroundColour = unknownColour;
-    QTableWidgetItem::setData(role, value);
-}
-
-void ColouredItem::read(QDataStream &in)
-{
-    QTableWidgetItem::read(in);
-    textColour = unknownColour;
-    backgroundColour = unknownColour;
-}
-
-bool ColouredItem::setColour(int role, Qt::GlobalColor colour, int &known)
-{
-    if (known == colour)
-        return false;
-    const QVariant brush = QBrush(colour);
-    const bool changes = data(role) != brush;
-    if (changes)
-        QTableWidgetItem::setData(role, brush);
-    known = colour;
-    return changes;
-}
-
 bool setNumber(QTableWidgetItem &item, float number)
 {
     if (item.type() == CoordinateItem::itemType)
@@ -166,8 +123,6 @@ bool setNumber(QTableWidgetItem &item, float number)
 
 bool setBackground(QTableWidgetItem &item, Qt::GlobalColor colour)
 {
-    if (item.type() == ColouredItem::itemType)
-        return static_cast<ColouredItem &>(item).setBackgroundColour(colour);
     const QBrush brush(colour);
     if (item.background() == brush)
         return false;
@@ -178,8 +133,6 @@ bool setBackground(QTableWidgetItem &item, Qt::GlobalColor colour)
 bool setColours(QTableWidgetItem &item, Qt::GlobalColor text, Qt::GlobalColor background)
 {
     bool changed = setBackground(item, background);
-    if (item.type() == ColouredItem::itemType)
-        return static_cast<ColouredItem &>(item).setTextColour(text) || changed;
     const QBrush brush(text);
     if (item.foreground() != brush) {
         item.setForeground(brush);

@@ -71,32 +71,7 @@ private:
     qint32 id = 0;
 };
 
-/// A centred cell whose colours are set often but rarely change.
-class ColouredItem final : public QTableWidgetItem {
-public:
-    static constexpr int itemType = UserType + 3;
-
-    explicit ColouredItem(const QString &text);
-    ColouredItem(const ColouredItem &other);
-    ColouredItem &operator=(const ColouredItem &other) = delete;
-
-    ColouredItem *clone() const override { return new ColouredItem(*this); }
-    void setData(int role, const QVariant &value) override;
-    void read(QDataStream &in) override;
-    /// Set one colour. Return whether it changed.
-    bool setTextColour(Qt::GlobalColor colour) { return setColour(Qt::ForegroundRole, colour, textColour); }
-    bool setBackgroundColour(Qt::GlobalColor colour) { return setColour(Qt::BackgroundRole, colour, backgroundColour); }
-
-private:
-    bool setColour(int role, Qt::GlobalColor colour, int &known);
-
-    // What our own calls have set last; unknownColour where somebody else has set a brush.
-    static constexpr int unknownColour = -1;
-    int textColour = unknownColour;
-    int backgroundColour = unknownColour;
-};
-
-// The redraw finds its own items by their type. Items that somebody else has put there are used through the base class.
+// A redraw finds its own items by their type. Items that somebody else has put there are used through the base class.
 
 /// Shows \a number in \a item. Returns whether the item changed.
 bool setNumber(QTableWidgetItem &item, float number);
