@@ -23,6 +23,8 @@ void OutputChoice::choose(bool inertial, const QWidget &panel)
 {
     const CallSequence::Call call = choices.begin();
     ioManager.stopOutput(bodyTag(), &lineReader);
+    if (call.isSuperseded())
+        return; // this object may be destroyed
     inertialFormat = inertial;
     activate(bodyTag());
     if (!call.isSuperseded() && panel.isVisible())

@@ -5,6 +5,8 @@
 #include <QMetaObject>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace {
 
 QString cellText(const QTableWidget &table, int row, int column)
@@ -68,21 +70,18 @@ const char secondSetup[] = R"(
     tracking reference=none
 )";
 
-void insideQuery(HandMadeHost &host, int k, const std::function<void()> &act)
+void insideCall(HandMadeHost &host, int k, const std::function<void()> &act)
 {
     host.onCall = [&host, act, left = k]() mutable {
-        const QByteArray &call = host.calls.last();
-        if ((call.startsWith("request") || call.startsWith("sendCommand")) && --left == 0)
+        if (!host.calls.last().startsWith("logMessage") && --left == 0)
             act();
     };
 }
 
-int queriesIn(const QByteArrayList &calls)
+int callsIn(const QByteArrayList &calls)
 {
-    int count = 0;
-    for (const QByteArray &call : calls)
-        count += call.startsWith("request") || call.startsWith("sendCommand") ? 1 : 0;
-    return count;
+    return static_cast<int>(std::count_if(calls.cbegin(), calls.cend(),
+                                          [](const QByteArray &call) { return !call.startsWith("logMessage"); }));
 }
 
 bool NestedSession::startWith(const char *setup)
@@ -111,12 +110,12 @@ void NestedSession::act(const QByteArray &action)
         qFatal("There is no action %s", action.constData());
 }
 
-int NestedSession::queriesOf(const QByteArray &action)
+int NestedSession::callsOf(const QByteArray &action)
 {
     host.onCall = nullptr;
     host.calls.clear();
     act(action);
-    return queriesIn(host.calls);
+    return callsIn(host.calls);
 }
 
 void NestedSession::redraw() const

@@ -11,10 +11,10 @@ extern const char firstSetup[];
 /// After the first: another number of bodies, other names, no head target, the sensor on another body, no reference.
 extern const char secondSetup[];
 
-/// Runs inside the host's \a k-th question or command from now on, 1 being the next.
-void insideQuery(HandMadeHost &host, int k, const std::function<void()> &act);
-/// The questions and commands among \a calls.
-int queriesIn(const QByteArrayList &calls);
+/// Runs inside the \a k-th of the calls from now on in which a host may wait for its backend, 1 being the next.
+void insideCall(HandMadeHost &host, int k, const std::function<void()> &act);
+/// The calls among \a calls in which a host may wait: all but lines for its log.
+int callsIn(const QByteArrayList &calls);
 
 /// A shown panel, and what is to be seen of it.
 struct NestedSession : WindowedSession {
@@ -22,8 +22,8 @@ struct NestedSession : WindowedSession {
 
     /// Does one of the things in which the panel asks the backend: "configuration", "sensor pass", "filter state".
     void act(const QByteArray &action);
-    /// The number of questions of an action, which is done.
-    int queriesOf(const QByteArray &action);
+    /// The number of those calls in an action, which is done.
+    int callsOf(const QByteArray &action);
     void redraw() const;
     /// Delivers a frame with one tracked body per row.
     void deliverFrame(int rows, const char *x) const;

@@ -18,8 +18,7 @@ void addActions()
 
 } // namespace
 
-/// A host that runs an event loop while the panel waits for its answer, and calls in again from there: at each
-/// question.
+/// A host that runs an event loop while the panel waits for it, and calls in again from there: in each of the calls.
 class TestContractNested : public QObject {
     Q_OBJECT
 
@@ -72,11 +71,11 @@ void TestContractNested::releaseIsSurvived()
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
     session.configurationChanged();
-    const int queries = session.queriesOf(action);
-    QVERIFY(queries > 0);
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf(action);
+    QVERIFY(calls > 0);
+    for (int k = 1; k <= calls; ++k) {
         int callsUntilThen = 0;
-        insideQuery(session.host, k, [&] {
+        insideCall(session.host, k, [&] {
             for (const QByteArray &step : steps)
                 session.take(step);
             callsUntilThen = session.host.calls.size();
@@ -99,12 +98,12 @@ void TestContractNested::releaseInTheFirstConfigurationIsSurvived()
 {
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
-    const int queries = session.queriesOf("configuration");
-    QVERIFY(queries > 20);
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf("configuration");
+    QVERIFY(calls > 20);
+    for (int k = 1; k <= calls; ++k) {
         session.release();
         QVERIFY(session.startWith(firstSetup));
-        insideQuery(session.host, k, [&] { session.release(); });
+        insideCall(session.host, k, [&] { session.release(); });
         session.configurationChanged();
         QVERIFY(!session.dock);
     }
@@ -121,20 +120,20 @@ void TestContractNested::clearDataWins()
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
     session.configurationChanged();
-    const int queries = session.queriesOf(action);
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf(action);
+    for (int k = 1; k <= calls; ++k) {
         session.configurationChanged();
         session.deliverFrame(3, "1");
         session.redraw();
         session.host.calls.clear();
         int asked = 0;
-        insideQuery(session.host, k, [&] {
+        insideCall(session.host, k, [&] {
             session.clearData();
-            asked = queriesIn(session.host.calls);
+            asked = callsIn(session.host.calls);
         });
         session.act(action);
         session.host.onCall = nullptr;
-        QCOMPARE(queriesIn(session.host.calls), asked); // what is no longer wanted is not asked for
+        QCOMPARE(callsIn(session.host.calls), asked); // what is no longer wanted is not asked for
         QCOMPARE(session.table6d()->rowCount(), 0);
         QCOMPARE(session.table3d()->rowCount(), 0);
         QVERIFY(session.table6d()->isVisible());
@@ -166,21 +165,21 @@ void TestContractNested::configurationWins()
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
     session.configurationChanged();
-    const int queries = session.queriesOf(action);
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf(action);
+    for (int k = 1; k <= calls; ++k) {
         session.host.changeScript(firstSetup);
         session.clearData();
         session.configurationChanged();
         session.host.calls.clear();
         int asked = 0;
-        insideQuery(session.host, k, [&] {
+        insideCall(session.host, k, [&] {
             session.host.changeScript(secondSetup);
             session.configurationChanged();
-            asked = queriesIn(session.host.calls);
+            asked = callsIn(session.host.calls);
         });
         session.act(action);
         session.host.onCall = nullptr;
-        QCOMPARE(queriesIn(session.host.calls), asked);
+        QCOMPARE(callsIn(session.host.calls), asked);
         QCOMPARE(session.seen(), expected);
         QVERIFY(session.isTimerActive("viewTimer"));
         QVERIFY(session.isTimerActive("sensorTimer"));
@@ -191,9 +190,9 @@ void TestContractNested::configurationThenClearDataWins()
 {
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
-    const int queries = session.queriesOf("configuration");
-    for (int k = 1; k <= queries; ++k) {
-        insideQuery(session.host, k, [&] {
+    const int calls = session.callsOf("configuration");
+    for (int k = 1; k <= calls; ++k) {
+        insideCall(session.host, k, [&] {
             session.configurationChanged();
             session.clearData();
         });
@@ -221,15 +220,15 @@ void TestContractNested::redrawSeesOneWholeState()
     session.configurationChanged();
     const bool isConfiguration = action == "configuration";
     session.host.changeScript(isConfiguration ? secondSetup : firstSetup);
-    const int queries = session.queriesOf(action);
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf(action);
+    for (int k = 1; k <= calls; ++k) {
         session.host.changeScript(firstSetup);
         session.configurationChanged();
         session.deliverFrame(3, "1");
         session.redraw();
         const QStringList before = session.seenBodies();
         QStringList inside;
-        insideQuery(session.host, k, [&] {
+        insideCall(session.host, k, [&] {
             session.redraw();
             inside = session.seenBodies();
         });
@@ -249,14 +248,14 @@ void TestContractNested::trackedRowsStayTracked()
     NestedSession session;
     QVERIFY2(session.startWith(firstSetup), qPrintable(session.loader.errorString()));
     session.configurationChanged();
-    const int queries = session.queriesOf("configuration");
-    for (int k = 1; k <= queries; ++k) {
+    const int calls = session.callsOf("configuration");
+    for (int k = 1; k <= calls; ++k) {
         session.deliverFrame(3, "1");
         session.redraw();
         const QStringList before = session.seenBodies();
         QVERIFY(before.first().contains(QLatin1String("#ff00ff00"))); // green
         QStringList inside;
-        insideQuery(session.host, k, [&] {
+        insideCall(session.host, k, [&] {
             session.deliverFrame(3, "1"); // as backends do all the time
             session.redraw();
             inside = session.seenBodies();
