@@ -176,6 +176,7 @@ void NumberReaderTest::readsFloats_data()
     QTest::newRow("inf") << QByteArray("inf") << infinity << 3;
     QTest::newRow("-INFINITY") << QByteArray("-INFINITY") << -infinity << 9;
     QTest::newRow("infinit is inf and a rest") << QByteArray("infinit") << infinity << 3;
+    QTest::newRow("a word next to nan( is no number") << QByteArray("oan(") << 0.0F << -1;
     QTest::newRow("in is no number") << QByteArray("in") << 0.0F << -1;
     QTest::newRow("minus zero keeps its sign") << QByteArray("-0.00") << -0.0F << 5;
     QTest::newRow("1e39 is beyond float") << QByteArray("1e39") << infinity << 4;
