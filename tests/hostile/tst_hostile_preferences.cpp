@@ -17,6 +17,7 @@ const QString folder = QStringLiteral("preferences");
 constexpr int builtIn = 0;
 const char *const cannotRead = "cannot be opened for reading. Using built-in values";
 const char *const cannotParse = "Error: Loading data display preferences while parsing ";
+const char *const tooDeep = ":\nnested too deep. Using built-in values";
 const char *const wrongRoot = "The file doesn't look like a valid preferences file. Using built-in values";
 const char *const cannotWrite = "cannot be opened for writing";
 const char *const noFolder = "doesn't exist and cannot be created";
@@ -34,7 +35,12 @@ const std::initializer_list<Row> rows{
     {"an empty file is refused and replaced", "empty.xml", cannotParse, builtIn, ""},
     {"a file that was cut off is refused and replaced", "cut-off.xml", cannotParse, builtIn, ""},
     {"entities that would fill the memory are refused", "entity-bomb.xml", cannotParse, builtIn, ""},
-    {"ten megabytes are refused", "ten-megabytes.xml.recipe", wrongRoot, builtIn, ""},
+    {"thirty thousand elements inside each other are refused", "thirty-thousand-deep.xml.recipe", tooDeep, builtIn, ""},
+    {"an element too many inside each other is refused", "hundred-and-one-deep.xml.recipe", tooDeep, builtIn, ""},
+    {"a hundred elements inside each other are read", "hundred-deep.xml.recipe", "", 99, ""},
+    {"three megabytes are read", "three-megabytes.xml.recipe", "", 99, ""},
+    {"ten megabytes are read", "ten-megabytes.xml.recipe", "", 99, ""},
+    {"more than 64 megabytes are not read", "beyond-64-megabytes.xml.recipe", cannotRead, builtIn, ""},
     {"widths that no column has are passed over", "huge-widths.xml", "", builtIn, ""},
     {"no other file is read for an entity", "outside-entity.xml", "", 99, ""},
     {"a pipe is not waited for, and replaced", "pipe.place", cannotRead, builtIn, ""},
