@@ -82,8 +82,6 @@ int FilterDialog::update_and_exec(int iTabIndex, int iBodyindex)
     return loaded ? exec() : result(); // the dialog may be gone by now
 }
 
-/// Does \a steps, which return false when they were overtaken. Then everything is read anew: what the answers so far
-/// said may no longer be true.
 void FilterDialog::work(const std::function<bool()> &steps)
 {
     const Work atWork(*this);
@@ -92,8 +90,6 @@ void FilterDialog::work(const std::function<bool()> &steps)
         done = readAll();
 }
 
-/// Lets \a change set controls. Slots that it fires belong to the function at work: they don't overtake it.
-/// Returns whether it was not overtaken all the same, while one of them waited for the host.
 bool FilterDialog::apply(const std::function<void()> &change)
 {
     const int before = turn;
@@ -102,8 +98,6 @@ bool FilterDialog::apply(const std::function<void()> &change)
     return turn == before;
 }
 
-/// The parent is being destroyed, and its children are next. Functions of the dialog that wait for the host, and Qt's
-/// functions that have called them, still need the dialog.
 void FilterDialog::outliveParent()
 {
     if (working == 0)
@@ -121,15 +115,18 @@ void FilterDialog::outliveParent()
 // argument, and say so in the host's log.
 void FilterDialog::connectSlots()
 {
-    const auto indexChanged = QOverload<int>::of(&QComboBox::currentIndexChanged);
-    const auto edited = &QAbstractSpinBox::editingFinished;
     connect(ui->pushButton_help, &QPushButton::clicked, this, &FilterDialog::on_pushButton_help_clicked);
-    connect(ui->comboBox_body, indexChanged, this, &FilterDialog::on_comboBox_body_currentIndexChanged);
+    connect(ui->comboBox_body, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &FilterDialog::on_comboBox_body_currentIndexChanged);
     connect(ui->checkBox_active, &QCheckBox::stateChanged, this, &FilterDialog::on_checkBox_active_stateChanged);
-    connect(ui->comboBox_preset, indexChanged, this, &FilterDialog::on_comboBox_preset_currentIndexChanged);
-    connect(ui->doubleSpinBox_strength, edited, this, &FilterDialog::on_doubleSpinBox_strength_editingFinished);
-    connect(ui->spinBox_prediction, edited, this, &FilterDialog::on_spinBox_prediction_editingFinished);
-    connect(ui->comboBox_mode, indexChanged, this, &FilterDialog::on_comboBox_mode_currentIndexChanged);
+    connect(ui->comboBox_preset, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &FilterDialog::on_comboBox_preset_currentIndexChanged);
+    connect(ui->doubleSpinBox_strength, &QAbstractSpinBox::editingFinished, this,
+            &FilterDialog::on_doubleSpinBox_strength_editingFinished);
+    connect(ui->spinBox_prediction, &QAbstractSpinBox::editingFinished, this,
+            &FilterDialog::on_spinBox_prediction_editingFinished);
+    connect(ui->comboBox_mode, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
+            &FilterDialog::on_comboBox_mode_currentIndexChanged);
     connect(ui->pushButton_exit, &QPushButton::clicked, this, &FilterDialog::on_pushButton_exit_clicked);
 }
 

@@ -60,8 +60,14 @@ private:
     class Work;
 
     void connectSlots();
+    /// Does \a steps, which return false when they were overtaken. Then everything is read anew: the host may have
+    /// carried out the commands in another order than they came in.
     void work(const std::function<bool()> &steps);
+    /// Lets \a change set controls. Slots that it fires belong to the function at work: they don't overtake it, but may
+    /// be overtaken while they wait for the host. Returns false then.
     bool apply(const std::function<void()> &change);
+    /// The parent is being destroyed, and its children are next. Functions of the dialog that wait for the host, and
+    /// Qt's functions that have called them, still need the dialog.
     void outliveParent();
 
     void readListsOfAllBodies();

@@ -4,6 +4,7 @@
 #include "filter/filterhelp.h"
 #include "tests/support/dialogactions.h"
 #include "tests/support/filterscript.h"
+#include "tests/support/typing.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -33,6 +34,7 @@ private slots:
     void orphanDestroysItself();
     void changeMayBeClosed_data();
     void changeMayBeClosed();
+    void openEditOfAnOrphanIsNotSent();
     void helpClosesWithItsOrphan();
     void inputDuringAChangeWins_data();
     void inputDuringAChangeWins();
@@ -245,6 +247,18 @@ void TestFilterDialogNested::changeMayBeClosed()
         QVERIFY(k < 100);
     } while (callsLeft == 0);
     QVERIFY(k > 1);
+}
+
+void TestFilterDialogNested::openEditOfAnOrphanIsNotSent()
+{
+    versions = backendVersion(2, 0);
+    open(0, 0, [this] {
+        host.takeCalls();
+        replaceNumber(child<QDoubleSpinBox>("doubleSpinBox_strength"), QStringLiteral("0.6"));
+        interruptAt(1, true, [this] { delete parent; });
+        changeSetting(*dialog, "mode");
+    });
+    QCOMPARE(host.calls, QByteArrayList{"sendCommand body filter6d_mode standard b01 mode6d_static"});
 }
 
 void TestFilterDialogNested::helpClosesWithItsOrphan()
