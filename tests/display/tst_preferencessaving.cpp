@@ -1,17 +1,15 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 
+#include "tests/support/fulldisk.h"
 #include "tests/support/panelfixture.h"
 
 #include <QDir>
 #include <QScopeGuard>
 #include <QtTest>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <csignal>
 
 namespace {
 
@@ -49,15 +47,7 @@ QStringList logsOfSaving(PanelFixture &fixture)
 /// Saves while no file may grow beyond \a size bytes, as on a full disk, and returns what was logged.
 QStringList logsOfSavingWithin(PanelFixture &fixture, rlim_t size)
 {
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
-    rlimit oldLimit{};
-    getrlimit(RLIMIT_FSIZE, &oldLimit);
-    const auto restore = qScopeGuard([=] {
-        setrlimit(RLIMIT_FSIZE, &oldLimit);
-        std::signal(SIGXFSZ, oldHandler);
-    });
-    const rlimit limit{size, oldLimit.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
+    const FullDisk disk(size);
     return logsOfSaving(fixture);
 }
 

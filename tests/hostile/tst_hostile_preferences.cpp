@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "tests/hostile/hostilefile.h"
+#include "tests/support/fulldisk.h"
 #include "tests/support/panelfixture.h"
 
 #include <QDir>
-#include <QScopeGuard>
 #include <QtTest>
 
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -84,16 +82,7 @@ void prepare(PanelFixture &fixture, const QString &file)
 /// Saves with room for no more than \a room bytes in a file, and returns what was logged.
 QStringList saveInto(PanelFixture &fixture, rlim_t room)
 {
-    const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN); // a write that fails, and not the end of the process
-    rlimit oldLimit{};
-    getrlimit(RLIMIT_FSIZE, &oldLimit);
-    const auto restore = qScopeGuard([&] {
-        setrlimit(RLIMIT_FSIZE, &oldLimit);
-        std::signal(SIGXFSZ, oldHandler);
-    });
-    rlimit limit = oldLimit;
-    limit.rlim_cur = std::min(room, oldLimit.rlim_cur);
-    setrlimit(RLIMIT_FSIZE, &limit);
+    const FullDisk disk(room);
     fixture.takeCalls();
     fixture.panel->prepareShutdown();
     return PanelFixture::logs(fixture.takeCalls());
