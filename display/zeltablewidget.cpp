@@ -172,4 +172,4 @@ void ZelTableWidget::displayFilterDlg()
     delete dialog;
     if (self)
         emit updateFilterActiveStatus(pressedRow);
-}
+} // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): a dialog that is gone was deleted by its parent
