@@ -107,13 +107,13 @@ void Monkey::unload()
 
 QString Monkey::play(const QByteArray &bytes)
 {
-    sequence = bytes;
-    position = 0;
-    idlePumps = 0;
+    progress.sequence = bytes;
+    progress.position = 0;
+    progress.idlePumps = 0;
     firstProblem.clear();
     // One in four is painted, too: that takes a third of the time.
-    window.setUpdatesEnabled(sequence.at(1) % 4 == 0);
-    while (position + 1 < sequence.size() && firstProblem.isEmpty()) {
+    window.setUpdatesEnabled(progress.sequence.at(1) % 4 == 0);
+    while (progress.position + 1 < progress.sequence.size() && firstProblem.isEmpty()) {
         step();
         QCoreApplication::processEvents();
     }
@@ -133,19 +133,19 @@ bool Monkey::isAnythingOpen()
 
 void Monkey::queuePump()
 {
-    if (pumpIsQueued)
+    if (progress.pumpIsQueued)
         return;
-    pumpIsQueued = true;
+    progress.pumpIsQueued = true;
     QMetaObject::invokeMethod(this, &Monkey::pump, Qt::QueuedConnection);
 }
 
 void Monkey::pump()
 {
-    pumpIsQueued = false;
-    if (++idlePumps > mostIdlePumps)
+    progress.pumpIsQueued = false;
+    if (++progress.idlePumps > mostIdlePumps)
         qFatal("an event loop runs on without a menu or dialog");
     if (isAnythingOpen()) {
-        if (position + 1 < sequence.size() && firstProblem.isEmpty() && depth > 0) {
+        if (progress.position + 1 < progress.sequence.size() && firstProblem.isEmpty() && progress.depth > 0) {
             ++nestedSteps;
             step();
         } else if (QWidget *const popup = QApplication::activePopupWidget()) {
@@ -154,24 +154,24 @@ void Monkey::pump()
             dialog->close();
         }
     }
-    if (depth > 0)
+    if (progress.depth > 0)
         queuePump();
 }
 
 void Monkey::step()
 {
-    const int action = static_cast<unsigned char>(sequence.at(position)) % 20;
-    const int operand = static_cast<unsigned char>(sequence.at(position + 1));
-    position += 2;
-    idlePumps = 0;
-    ++depth;
+    const int action = static_cast<unsigned char>(progress.sequence.at(progress.position)) % 20;
+    const int operand = static_cast<unsigned char>(progress.sequence.at(progress.position + 1));
+    progress.position += 2;
+    progress.idlePumps = 0;
+    ++progress.depth;
     queuePump(); // for the event loop that the action may open
     act(action, operand);
-    --depth;
+    --progress.depth;
     if (firstProblem.isEmpty())
         firstProblem = problem();
     if (!firstProblem.isEmpty() && !firstProblem.contains(QLatin1String("step")))
-        firstProblem += QStringLiteral(" (step %1)").arg(position / 2);
+        firstProblem += QStringLiteral(" (step %1)").arg(progress.position / 2);
 }
 
 void Monkey::act(int action, int operand)
@@ -334,7 +334,7 @@ QString Monkey::problemAfterRest()
     lines.drain();
     module->moduleEntries().constFirst()->widget->show();
     // A host need not clear before it configures anew, and nothing of what was shown may stay.
-    configureCompletely(sequence.at(0) % 4 == 0);
+    configureCompletely(progress.sequence.at(0) % 4 == 0);
     if (rows() != fullRows)
         return QStringLiteral("the configuration after it is not complete: ") + rows().join(QLatin1Char('|'));
     if (host.outputs != QSet<QByteArray>{"6di", "3d"})

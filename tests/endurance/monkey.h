@@ -34,6 +34,15 @@ public:
     qint64 stepsInside() const { return nestedSteps; } ///< how many steps ran inside a menu or dialog
 
 private:
+    /// How far a sequence has come.
+    struct Progress {
+        QByteArray sequence;
+        int position = 0;
+        int depth = 0; ///< steps under way
+        bool pumpIsQueued = false;
+        int idlePumps = 0;
+    };
+
     void step();
     void pump();
     void queuePump();
@@ -62,11 +71,7 @@ private:
     QHash<QByteArray, QByteArray> fullAnswers;
     QStringList fullRows; ///< what the table shows after a complete configuration, with all bodies seen
 
-    QByteArray sequence;
-    int position = 0;
-    int depth = 0; ///< steps under way
-    bool pumpIsQueued = false;
-    int idlePumps = 0;
+    Progress progress;
     int probes = 0;
     qint64 nestedSteps = 0;
     QString firstProblem;
