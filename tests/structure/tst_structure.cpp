@@ -9,6 +9,7 @@
 
 namespace {
 
+constexpr int mostLines = 400;
 constexpr int mostFunctions = 25;
 constexpr int mostMembers = 12;
 
@@ -106,7 +107,10 @@ private slots:
     void foldersIncludeWhatTheyMay();
     void includesAreJudged_data();
     void includesAreJudged();
+    void configurationNeedsNoWidgets();
     void widgetsHeadersAreFound();
+    void filesAreShort();
+    void classesAreSmall();
     void classesAreCounted_data();
     void classesAreCounted();
     void largeClassesAreRefused();
@@ -182,12 +186,51 @@ void TestStructure::includesAreJudged()
     QCOMPARE(faultOf(folder, IncludeLine{1, quoted, path}).isEmpty(), allowed);
 }
 
+void TestStructure::configurationNeedsNoWidgets()
+{
+    for (const QString &file :
+         {QStringLiteral("display/bodyconfiguration.h"), QStringLiteral("display/bodyconfiguration.cpp")}) {
+        QVERIFY2(tree.files().contains(file), qPrintable(file));
+        QCOMPARE(widgetsHeadersOf(tree, file), QStringList());
+    }
+}
+
 void TestStructure::widgetsHeadersAreFound()
 {
     QVERIFY(!widgetsHeadersOf(tree, QStringLiteral("display/datadisplay.h")).isEmpty()); // directly
     QVERIFY(!widgetsHeadersOf(tree, QStringLiteral("module/datadisplaymodule.cpp")).isEmpty()); // by our headers
     QVERIFY(isWidgetsHeader(QStringLiteral("QTableWidgetItem")));
     QVERIFY(!isWidgetsHeader(QStringLiteral("QString")));
+}
+
+void TestStructure::filesAreShort()
+{
+    QStringList faults;
+    for (const QString &file : tree.files()) {
+        const int lines = tree.textOf(file).count(QLatin1Char('\n'));
+        if (lines > mostLines)
+            faults.append(QStringLiteral("%1 has %2 lines").arg(file).arg(lines));
+    }
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QLatin1Char('\n'))));
+}
+
+void TestStructure::classesAreSmall()
+{
+    QStringList faults;
+    int classes = 0;
+    for (const QString &file : tree.files()) {
+        if (!file.endsWith(QLatin1String(".h")))
+            continue;
+        const QVector<ClassSize> sizes = classesOf(tree.textOf(file));
+        classes += sizes.size();
+        for (const ClassSize &size : sizes) {
+            const QString fault = faultOf(size);
+            if (!fault.isEmpty())
+                faults.append(file + QStringLiteral(": ") + fault);
+        }
+    }
+    QVERIFY(classes > 0);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults.join(QLatin1Char('\n'))));
 }
 
 void TestStructure::classesAreCounted_data()
