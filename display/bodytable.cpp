@@ -20,9 +20,6 @@
 
 namespace {
 
-constexpr int headerHeight = 28; // px
-constexpr int rowHeight = 20; // px
-constexpr int columnMargin = 20; // px
 constexpr int sensorIdRole = Qt::UserRole; ///< the backend's whole answer, as text
 
 QTableWidgetItem *newItem(const QString &text, int alignment)

@@ -22,3 +22,8 @@ enum Column6d {
 
 /// Columns of the 3DOF table.
 enum Column3d { MarkerIdColumn, MarkerXColumn, MarkerYColumn, MarkerZColumn, Column3dCount };
+
+// Of both tables [px].
+constexpr int headerHeight = 28;
+constexpr int rowHeight = 20;
+constexpr int columnMargin = 20; ///< what a column is wider than its contents

@@ -16,10 +16,6 @@
 
 namespace {
 
-constexpr int headerHeight = 28; // px
-constexpr int rowHeight = 20; // px
-constexpr int columnMargin = 20; // px
-
 int markerCount(TrackingData &data)
 {
     return static_cast<int>(data.lock()->markerRecords.size());

@@ -90,7 +90,8 @@ void ZelTableWidget::updateEditorGeometries()
 {
     QVector<QPointer<QWidget>> hidden;
     QVector<QPointer<QWidget>> others;
-    for (QWidget *const widget : viewport()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly))
+    const QList<QWidget *> widgets = viewport()->findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    for (QWidget *const widget : widgets)
         (isHiddenByOwner(*widget) ? hidden : others).append(widget);
     QTableWidget::updateEditorGeometries();
     for (const QPointer<QWidget> &guarded : hidden) {
