@@ -72,11 +72,11 @@ try {
         ++data.lineCounts.ignored;
         return 0;
     }
-    QByteArray copy(line);
-    const LineOutcome fate = data.receive(tag, copy.data());
-    if (fate == LineOutcome::StoredFirstBodies)
+    const QByteArray copy(line);
+    const LineOutcome outcome = data.receive(tag, copy.constData());
+    if (outcome == LineOutcome::StoredFirstBodies)
         notifyFirstBodies();
-    return fate == LineOutcome::Malformed ? -1 : 0;
+    return outcome == LineOutcome::Malformed ? -1 : 0;
 } catch (...) {
     ++data.lineCounts.dropped;
     return 0; // the host's data thread has no handler for us; what is stored stays usable
