@@ -47,16 +47,16 @@ void TestFilterAccessible::settingsHaveNames_data()
     QTest::addColumn<QString>("field");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("value");
-    const auto row = [](const char *sentence, const char *field, const char *name, const char *value) {
-        QTest::newRow(sentence) << QString::fromLatin1(field) << QString::fromLatin1(name)
-                                << QString::fromLatin1(value);
+    const auto row = [](const char *sentence, const char *field, const char *name, const QString &value) {
+        QTest::newRow(sentence) << QString::fromLatin1(field) << QString::fromLatin1(name) << value;
     };
-    row("the body", "comboBox_body", "body", "standard body 01 (Left hand)");
-    row("the active switch", "checkBox_active", "active", "");
-    row("the preset", "comboBox_preset", "preset", "Custom");
-    row("the strength", "doubleSpinBox_strength", "strength", "0.25");
-    row("the prediction, with its unit", "spinBox_prediction", "prediction [ms]", "12");
-    row("the mode", "comboBox_mode", "mode", "Fast");
+    const QLocale locale; // numbers are said as they are shown
+    row("the body", "comboBox_body", "body", QStringLiteral("standard body 01 (Left hand)"));
+    row("the active switch", "checkBox_active", "active", QString());
+    row("the preset", "comboBox_preset", "preset", QStringLiteral("Custom"));
+    row("the strength", "doubleSpinBox_strength", "strength", locale.toString(0.25, 'f', 2));
+    row("the prediction, with its unit", "spinBox_prediction", "prediction [ms]", locale.toString(12));
+    row("the mode", "comboBox_mode", "mode", QStringLiteral("Fast"));
 }
 
 void TestFilterAccessible::settingsHaveNames()
