@@ -26,6 +26,18 @@ function(vornak_precompile target)
     endif()
 endfunction()
 
+# vornak_spare_moc(TARGET): no run of moc, and no source for it, where no file of the target asks for one.
+function(vornak_spare_moc target)
+    get_target_property(sources ${target} SOURCES)
+    foreach(source IN LISTS sources)
+        file(STRINGS "${CMAKE_CURRENT_SOURCE_DIR}/${source}" objects REGEX "^ +Q_(OBJECT|GADGET)" LIMIT_COUNT 1)
+        if(objects OR source MATCHES "\\.ui$")
+            return()
+        endif()
+    endforeach()
+    set_target_properties(${target} PROPERTIES AUTOMOC OFF AUTOUIC OFF)
+endfunction()
+
 # vornak_add_room(NAME [ENTRY] LIBRARIES target... SOURCES file...)
 # The code of one folder, as objects for the plug-in and for the tests. It is compiled with the headers of LIBRARIES
 # alone: a room that reaches further does not compile. With VORNAK_SHARED_CODE it is a shared library, so that a change
@@ -37,6 +49,7 @@ function(vornak_add_room name)
     else()
         add_library(${name} OBJECT ${ROOM_SOURCES})
     endif()
+    vornak_spare_moc(${name})
     target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}")
     # QT_NO_DEBUG in every build: it is part of the metadata that hosts compare with their own.
     target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
