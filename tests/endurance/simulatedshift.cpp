@@ -8,6 +8,7 @@
 #include "tests/support/filterscript.h"
 #include "tests/support/heap.h"
 #include "tests/support/openwidgets.h"
+#include "tests/support/repetitions.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -26,8 +27,13 @@ constexpr int framesPerRedraw = SyntheticLines::framesPerSecond / redrawsPerSeco
 constexpr int fewBodies = 6;
 constexpr int manyBodies = 8;
 constexpr int secondsOfRound = 600;
-constexpr int roundsOfHour = 6;
 constexpr int presetRow = 1;
+
+/// In a slow run, which has no figures of the heap, one round with the filter and one without make an hour.
+int roundsOfHour()
+{
+    return isSlowRun() && !isLongRun() ? 2 : 6;
+}
 
 /// So that every look fills the same caches of Qt's.
 void waitUntilPainted(QWidget &window)
@@ -65,10 +71,15 @@ bool SimulatedShift::eventFilter(QObject *receiver, QEvent *event)
         && qobject_cast<QTimer *>(receiver);
 }
 
+int SimulatedShift::minutesOfHour()
+{
+    return roundsOfHour() * secondsOfRound / 60;
+}
+
 void SimulatedShift::runHour()
 {
     HeapSnapshot before;
-    for (int round = 0; round < roundsOfHour; ++round) {
+    for (int round = 0; round < roundsOfHour(); ++round) {
         runRound(round == 0);
         if (round == 1)
             before = HeapSnapshot::now(); // the round after the dialog may still undo something of it

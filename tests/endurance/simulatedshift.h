@@ -17,6 +17,8 @@ public:
 
     /// Lets an hour pass. It ends with the same bodies, markers and settings each time, and nothing left to do.
     void runHour();
+    /// How long an hour is: 60, but 20 in a slow run that is not a long one.
+    static int minutesOfHour();
     /// How many blocks of the heap were added in the last forty minutes of the hour, in which no menu and no dialog was
     /// open. Under a sanitizer 0.
     qint64 growthWithoutFilter() const { return growth; }

@@ -100,10 +100,12 @@ void TestSoak::daysGoByWithoutATrace()
         QCOMPARE(shift.dialogsOpened(), hours + 1);
         QCOMPARE(shift.menusOpened(), hours + 1);
     }
-    qInfo("%lld of %lld simulated hours after the first one: heap %+lld bytes in %+lld blocks, %+lld bytes by the C "
+    qInfo("%lld of %lld simulated hours of %d minutes after the first one: heap %+lld bytes in %+lld blocks, %+lld "
+          "bytes by the C "
           "library's own figures; %s; in all %llu lines, %lld redraws, %lld sensor passes, %lld dialogs",
-          hours, wanted, end.bytes() - start.bytes(), end.blocks() - start.blocks(), heapInUse() - startInUse,
-          qPrintable(figures.text()), shift.linesSent(), shift.redraws(), shift.sensorPasses(), shift.dialogsOpened());
+          hours, wanted, SimulatedShift::minutesOfHour(), end.bytes() - start.bytes(), end.blocks() - start.blocks(),
+          heapInUse() - startInUse, qPrintable(figures.text()), shift.linesSent(), shift.redraws(),
+          shift.sensorPasses(), shift.dialogsOpened());
     QVERIFY(hours >= least);
 }
 

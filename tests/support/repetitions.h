@@ -17,11 +17,15 @@ inline bool isLongRun()
 inline const bool watchdogIsTold =
     isLongRun() && ::setenv("QTEST_FUNCTION_TIMEOUT", "2000000000", /*overwrite*/ 0) == 0; // [ms]
 
-/// Whether the program runs many times slower than it is: the environment variable VORNAK_SLOW is 1, as valgrind's
-/// script sets it.
+/// Whether the program runs many times slower than it is: under a sanitizer, or with the environment variable
+/// VORNAK_SLOW at 1, as valgrind's script sets it.
 inline bool isSlowRun()
 {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    return true;
+#else
     return qEnvironmentVariableIntValue("VORNAK_SLOW") == 1;
+#endif
 }
 
 /// How often something is repeated while there is time.
@@ -30,16 +34,11 @@ struct Repetitions {
     qint64 least = 1; ///< with fewer a test fails: it has shown too little
 };
 
-/// Wanted are \a perChange, a tenth of it under a sanitizer or in a slow run, \a whole in a long run. The least is a
+/// Wanted are \a perChange, a tenth of it in a slow run, \a whole in a long run. The least is a
 /// tenth of what is wanted; in a long run, whose time somebody has chosen, as many as are wanted for each change.
 inline Repetitions repetitions(qint64 perChange, qint64 whole)
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-    const bool isSlow = true;
-#else
-    const bool isSlow = isSlowRun();
-#endif
-    const qint64 usual = isSlow ? qMax<qint64>(perChange / 10, 1) : perChange;
+    const qint64 usual = isSlowRun() ? qMax<qint64>(perChange / 10, 1) : perChange;
     if (isLongRun())
         return {whole, usual};
     return {usual, qMax<qint64>(usual / 10, 1)};
