@@ -47,6 +47,15 @@ public:
     void setSensorColumnsHidden(bool hidden);
 
 private:
+    /// What a screen reader says of a row's state.
+    struct StateWords {
+        QString notCalibrated;
+        QString notActive;
+        QString lost;
+        QString byCameras;
+        QString bySensor;
+    };
+
     void fillRow(int row);
     void fillSensorCells(int row);
     void showBattery(int row, double charge);
@@ -59,8 +68,8 @@ private:
     void showPose(int row, const BodyRecord &record);
     void showState(int row, qint32 state);
     void showReference(int row);
-    void setState(int row, Qt::GlobalColor background, const QString &words);
-    QString accessibleText(int row, const QString &words) const;
+    void setState(int row, Qt::GlobalColor background, const QString &state);
+    QString accessibleText(int row, const QString &state) const;
     void forgetShownRows() noexcept;
 
     ZelTableWidget &table;
@@ -68,4 +77,5 @@ private:
     std::vector<ShownRow> shownRows; ///< one per row that has its cells
     CellRange pendingCells; ///< changed, and not yet signalled
     ForeignChanges foreignChanges;
+    StateWords words; ///< translated anew for each redraw
 };

@@ -31,6 +31,9 @@ void BodyTable::drawRows(TrackingData &data)
 {
     const auto rows = static_cast<std::size_t>(std::min(builtRowCount(), table.rowCount()));
     std::vector<BodyRecord *> recordOfRow(rows); // null for none
+    // Before the lock: a translator is somebody else's code.
+    words = {tr("not calibrated"), tr("not active"), tr("lost"), tr("tracked by cameras"),
+             tr("tracked by its sensor alone")};
     const QSignalBlocker quiet(table.model()); // outlives the lock: nobody else's code runs under it
     const TrackingData::Locked stores = data.lock(); // over the whole redraw, so that every row shows the same frame
     // Backwards, so that of several records with one id the first is the one that stays.
@@ -69,9 +72,9 @@ void BodyTable::showInactive(int row)
     QTableWidgetItem *item = table.item(row, BodyIdColumn);
     if (!item)
         return;
-    const QString words = bodies.rows.at(row).calibrated ? tr("not active") : tr("not calibrated");
+    const QString &state = bodies.rows.at(row).calibrated ? words.notActive : words.notCalibrated;
     const bool changed = setBackground(*item, Qt::transparent);
-    if (setAccessibleText(*item, accessibleText(row, words)) || changed)
+    if (setAccessibleText(*item, accessibleText(row, state)) || changed)
         pendingCells.add(row, BodyIdColumn);
 }
 
@@ -97,32 +100,32 @@ void BodyTable::showBody(int row, BodyRecord *record)
 
 void BodyTable::showLost(int row)
 {
-    setState(row, Qt::red, tr("lost"));
+    setState(row, Qt::red, words.lost);
 }
 
 void BodyTable::showState(int row, qint32 state)
 {
     if (state >= 2)
-        setState(row, Qt::green, tr("tracked by cameras"));
+        setState(row, Qt::green, words.byCameras);
     else if (state == 1)
-        setState(row, Qt::yellow, tr("tracked by its sensor alone"));
+        setState(row, Qt::yellow, words.bySensor);
     else if (state == 0)
-        setState(row, Qt::red, tr("lost"));
+        setState(row, Qt::red, words.lost);
 }
 
-void BodyTable::setState(int row, Qt::GlobalColor background, const QString &words)
+void BodyTable::setState(int row, Qt::GlobalColor background, const QString &state)
 {
     QTableWidgetItem *item = table.item(row, BodyIdColumn);
     if (!item)
         return;
     const bool changed = setColours(*item, Qt::black, background);
-    if (setAccessibleText(*item, accessibleText(row, words)) || changed)
+    if (setAccessibleText(*item, accessibleText(row, state)) || changed)
         pendingCells.add(row, BodyIdColumn);
 }
 
-QString BodyTable::accessibleText(int row, const QString &words) const
+QString BodyTable::accessibleText(int row, const QString &state) const
 {
-    return table.item(row, BodyIdColumn)->text() + QLatin1String(", ") + words;
+    return table.item(row, BodyIdColumn)->text() + QLatin1String(", ") + state;
 }
 
 void BodyTable::showPose(int row, const BodyRecord &record)

@@ -3,6 +3,7 @@
 
 #include "tests/support/panelfixture.h"
 
+#include <QTranslator>
 #include <QtTest>
 
 #include <functional>
@@ -52,6 +53,25 @@ private:
     std::function<void()> onDestruction;
 };
 
+/// A translator that calls back for each text it is asked for.
+class ListeningTranslator : public QTranslator {
+public:
+    explicit ListeningTranslator(std::function<void()> listener)
+        : onText(std::move(listener))
+    {
+    }
+
+    bool isEmpty() const override { return false; }
+    QString translate(const char *, const char *, const char *, int) const override
+    {
+        onText();
+        return {};
+    }
+
+private:
+    std::function<void()> onText;
+};
+
 QStringList markerIds(const PanelFixture &fixture)
 {
     QStringList ids;
@@ -76,6 +96,7 @@ private slots:
     void markersThatComeAndGoMeanwhile_data();
     void markersThatComeAndGoMeanwhile();
     void clearingWhileRowsAreMade();
+    void textsAreTranslatedWithoutTheLock();
     void hostIsNotCalledUnderTheLock();
 
 private:
@@ -214,6 +235,23 @@ void TestRedrawLock::clearingWhileRowsAreMade()
     connect(model, &QAbstractItemModel::dataChanged, this, [&] { panel.clearData(); });
     panel.updateView3d(); // and comes back
     QCOMPARE(fixture.table3d().rowCount(), 0);
+}
+
+void TestRedrawLock::textsAreTranslatedWithoutTheLock()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(3);
+    fixture.answer("body active standard b03", "no");
+    const DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies("1")), 0);
+    sent = 0;
+    ListeningTranslator translator([&] { sendLines(fixture); });
+    QCoreApplication::installTranslator(&translator);
+    fixture.panel->updateView6d();
+    fixture.panel->updateView3d();
+    QCoreApplication::removeTranslator(&translator);
+    QVERIFY(sent > 0);
+    QCOMPARE(panel.droppedLines(), quint64(0));
 }
 
 void TestRedrawLock::hostIsNotCalledUnderTheLock()
