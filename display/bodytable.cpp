@@ -191,13 +191,13 @@ void BodyTable::showBattery(int row, double charge)
         return;
     const bool shown = charge > 0.0;
     table.setCellWidgetShown(row, BatteryColumn, shown);
-    QString words;
+    QString spoken;
     if (shown) {
         const int percent = saturatedInt(charge * 100.0);
         bar->setValue(percent);
-        words = tr("%1 %").arg(percent);
+        spoken = tr("%1 %").arg(percent);
     }
-    item->setData(Qt::AccessibleTextRole, words);
+    item->setData(Qt::AccessibleTextRole, spoken);
 }
 
 void BodyTable::showTemperature(int row, double temperature, double warmth)
