@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "backend/linestream.h"
+
 #include <QByteArray>
 #include <QString>
 #include <QVector>
@@ -16,12 +18,6 @@ struct ProtocolVersion {
     int major = 0;
     int minor = 0;
     int patch = 0;
-};
-
-/// One line of measurement output and its type, "6d", "6di" or "3d".
-struct OutputLine {
-    QByteArray tag;
-    QByteArray text;
 };
 
 /// A tracking backend as the host sees it: text queries, text commands, and lines of output as a function of time.
