@@ -3,7 +3,9 @@
 #include "host/mainwindow.h"
 
 #include "host/backendmenu.h"
+#include "host/backendsession.h"
 #include "host/connectionstatus.h"
+#include "host/dockbackground.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
 #include "interface/moduleinterface.h"
@@ -47,12 +49,14 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     , logDock(new LogDock(this))
 {
     setObjectName(QStringLiteral("mainWindow"));
-    setWindowTitle(QApplication::applicationDisplayName());
     resize(1280, 560); // both tables of a data display can be read without scrolling sideways
     setDockNestingEnabled(true);
     addDockWidget(Qt::BottomDockWidgetArea, logDock);
     connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
+    new DockBackground(*this, logDock->objectName());
     addMenus(settings);
+    connect(&session, &BackendSession::connectionChanged, this, &MainWindow::showTitle);
+    showTitle();
     new ConnectionStatus(session, statusBar());
 }
 
@@ -61,14 +65,11 @@ void MainWindow::addEntries(const QList<ModuleEntry *> &entries)
     int number = 0;
     for (ModuleEntry *entry : entries) {
         ++number;
-        if (entry->action)
-            menuNamed(entry->menuName)->addAction(entry->action);
+        if (QMenu *menu = entry->action ? menuNamed(entry->menuName) : nullptr)
+            menu->insertAction(menu == view ? firstOwnView : nullptr, entry->action);
         if (entry->widget)
             addDock(*entry, number);
     }
-    // The log comes last, however often entries are added.
-    viewMenu->removeAction(logDock->toggleViewAction());
-    viewMenu->addAction(logDock->toggleViewAction());
 }
 
 void MainWindow::removeEntries(const QList<ModuleEntry *> &entries)
@@ -101,6 +102,24 @@ void MainWindow::saveLayout() const
     settings.setValue(stateKey, saveState());
 }
 
+void MainWindow::addViewAction(QAction *action)
+{
+    view->insertAction(logDock->toggleViewAction(), action);
+    if (firstOwnView == logDock->toggleViewAction())
+        firstOwnView = action;
+}
+
+void MainWindow::addFileAction(QAction *action)
+{
+    file->insertAction(file->actions().constLast(), action);
+}
+
+void MainWindow::setStateInTitle(const QString &state)
+{
+    stateInTitle = state;
+    showTitle();
+}
+
 void MainWindow::showEvent(QShowEvent *event)
 {
     QMainWindow::showEvent(event);
@@ -117,27 +136,28 @@ void MainWindow::showEvent(QShowEvent *event)
 
 void MainWindow::addMenus(const BackendSettings &settings)
 {
-    QMenu *fileMenu = menuBar()->addMenu(tr("&File"));
-    fileMenu->setObjectName(QStringLiteral("fileMenu"));
-    QAction *quit = fileMenu->addAction(tr("&Quit"), this, &QWidget::close);
+    file = menuBar()->addMenu(tr("&File"));
+    file->setObjectName(QStringLiteral("fileMenu"));
+    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
     quit->setShortcut(QKeySequence::Quit);
 
-    viewMenu = menuBar()->addMenu(tr("&View"));
-    viewMenu->setObjectName(QStringLiteral("viewMenu"));
-    viewMenu->addAction(logDock->toggleViewAction());
+    view = menuBar()->addMenu(tr("&View"));
+    view->setObjectName(QStringLiteral("viewMenu"));
+    view->addAction(logDock->toggleViewAction());
+    firstOwnView = logDock->toggleViewAction();
 
     backend = new BackendMenu(session, log, settings, this);
     menuBar()->addMenu(backend);
     connect(backend, &BackendMenu::failed, this,
             [this](const QString &text) { statusBar()->showMessage(text, 10000); });
 
-    helpMenu = menuBar()->addMenu(tr("&Help"));
-    helpMenu->setObjectName(QStringLiteral("helpMenu"));
+    help = menuBar()->addMenu(tr("&Help"));
+    help->setObjectName(QStringLiteral("helpMenu"));
     QAction *whatsThis = QWhatsThis::createAction(this);
     whatsThis->setObjectName(QStringLiteral("whatsThisAction"));
-    helpMenu->addAction(whatsThis);
-    helpMenu->addAction(tr("&About %1").arg(QApplication::applicationDisplayName()), this, &MainWindow::showAbout)
+    help->addAction(whatsThis);
+    help->addAction(tr("&About %1").arg(QApplication::applicationDisplayName()), this, &MainWindow::showAbout)
         ->setObjectName(QStringLiteral("aboutAction"));
 }
 
@@ -149,7 +169,7 @@ QMenu *MainWindow::menuNamed(const QString &title)
             return action->menu();
     }
     auto *menu = new QMenu(title, this);
-    menuBar()->insertMenu(helpMenu->menuAction(), menu);
+    menuBar()->insertMenu(help->menuAction(), menu);
     moduleMenus.append(menu);
     return menu;
 }
@@ -164,6 +184,13 @@ void MainWindow::addDock(const ModuleEntry &entry, int number)
     if (dock->objectName().isEmpty()) // without a name its place can't be kept
         dock->setObjectName(QStringLiteral("moduleDock%1").arg(number));
     addDockWidget(areaOf(entry), dock);
+}
+
+void MainWindow::showTitle()
+{
+    const QString source = session.backendName();
+    const QString program = QApplication::applicationDisplayName();
+    setWindowTitle(stateInTitle + (source.isEmpty() ? program : tr("%1 — %2").arg(source, program)));
 }
 
 void MainWindow::showAbout()

@@ -17,7 +17,7 @@ class BackendSession;
 class HostLog;
 class LogDock;
 
-/// The main window: menus, status bar, log, and the docks of the modules.
+/// The main window: menus, status bar, log, and the docks of the modules. Its title is that of the source.
 class MainWindow : public QMainWindow {
     Q_OBJECT
 
@@ -34,6 +34,14 @@ public:
     void saveLayout() const;
 
     BackendMenu *backendMenu() const { return backend; }
+    /// For entries of other parts of the program, each with an object name.
+    QMenu *helpMenu() const { return help; }
+    /// Adds \a action to "&View", between the modules' entries and the log.
+    void addViewAction(QAction *action);
+    /// Adds \a action to "&File", before "&Quit".
+    void addFileAction(QAction *action);
+    /// Puts \a state, such as "(frozen 3 s) ", in front of the title; empty: nothing.
+    void setStateInTitle(const QString &state);
 
 protected:
     void showEvent(QShowEvent *event) override;
@@ -43,15 +51,19 @@ private:
     /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);
     void addDock(const ModuleEntry &entry, int number);
+    void showTitle();
     void showAbout();
 
     BackendSession &session;
     HostLog &log;
     LogDock *logDock = nullptr;
-    QMenu *viewMenu = nullptr;
-    QMenu *helpMenu = nullptr;
+    QMenu *file = nullptr;
+    QMenu *view = nullptr;
+    QMenu *help = nullptr;
+    QAction *firstOwnView = nullptr; // of "&View": where the modules' entries end
     BackendMenu *backend = nullptr;
     QList<QPointer<QMenu>> moduleMenus; // made for the menu names of entries that were not there yet
+    QString stateInTitle;
     bool hasLayout = false; // restored, or given at the first show
 };
 
