@@ -62,6 +62,8 @@ public:
     MarkerIdItem(QString format, qint32 id);
 
     MarkerIdItem *clone() const override { return new MarkerIdItem(*this); }
+    /// Shows \a newId. The caller notifies the table.
+    void setId(qint32 newId) { id = newId; }
 
 protected:
     QString numberText() const override;

@@ -13,6 +13,10 @@
 #include <QTableWidget>
 
 #include <algorithm>
+#include <array>
+#include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -20,6 +24,19 @@ int markerCount(TrackingData &data)
 {
     return static_cast<int>(data.lock()->markerRecords.size());
 }
+
+/// The cells of a row that are not in the table yet.
+struct MarkerCells {
+    explicit MarkerCells(const QString &idFormat)
+        : id(std::make_unique<MarkerIdItem>(idFormat, 0))
+    {
+        for (std::unique_ptr<CoordinateItem> &item : position)
+            item = std::make_unique<CoordinateItem>();
+    }
+
+    std::unique_ptr<MarkerIdItem> id;
+    std::array<std::unique_ptr<CoordinateItem>, 3> position;
+};
 
 } // namespace
 
@@ -83,16 +100,33 @@ void MarkerTable::makeRows(TrackingData &data)
 
 CellRange MarkerTable::fillRows(TrackingData &data, const QString &idFormat)
 {
+    // Memory is taken before the lock and given back after it: that is most of what new cells cost.
+    std::vector<MarkerCells> fresh;
+    fresh.reserve(static_cast<std::size_t>(table.rowCount()));
+    for (int row = 0; row < table.rowCount(); ++row) {
+        fresh.emplace_back(idFormat);
+    }
+    std::vector<std::unique_ptr<QTableWidgetItem>> replaced;
+    replaced.reserve(fresh.size() * Column3dCount);
+
     const QSignalBlocker quiet(table.model()); // outlives the lock: nobody else's code runs under it
     const TrackingData::Locked stores = data.lock(); // over all rows, so that they show the same frame
     const int rows = std::min(table.rowCount(), static_cast<int>(stores->markerRecords.size()));
     CellRange changed;
+    const auto show = [&](int row, int column, std::unique_ptr<QTableWidgetItem> item) {
+        replaced.emplace_back(table.takeItem(row, column));
+        table.setItem(row, column, item.release());
+    };
     for (int row = 0; row < rows; ++row) {
-        const MarkerRecord &record = *stores->markerRecords[static_cast<std::size_t>(row)];
-        table.setItem(row, MarkerIdColumn, new MarkerIdItem(idFormat, record.id));
-        table.setItem(row, MarkerXColumn, new CoordinateItem(record.position[0]));
-        table.setItem(row, MarkerYColumn, new CoordinateItem(record.position[1]));
-        table.setItem(row, MarkerZColumn, new CoordinateItem(record.position[2]));
+        const auto index = static_cast<std::size_t>(row);
+        const MarkerRecord &record = *stores->markerRecords[index];
+        MarkerCells &cells = fresh[index];
+        cells.id->setId(record.id);
+        show(row, MarkerIdColumn, std::move(cells.id));
+        for (std::size_t axis = 0; axis < cells.position.size(); ++axis) {
+            cells.position[axis]->setNumber(record.position[axis]);
+            show(row, MarkerXColumn + static_cast<int>(axis), std::move(cells.position[axis]));
+        }
         changed.addRow(row, Column3dCount);
     }
     return changed;
