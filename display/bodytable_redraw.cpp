@@ -4,6 +4,7 @@
 #include "display/bodytable.h"
 #include "display/cellitems.h"
 #include "display/columns.h"
+#include "display/prefetch.h"
 #include "display/zeltablewidget.h"
 
 #include <QScopeGuard>
@@ -34,6 +35,8 @@ void BodyTable::drawRows(TrackingData &data)
     // Before the lock: a translator is somebody else's code.
     words = {tr("not calibrated"), tr("not active"), tr("lost"), tr("tracked by cameras"),
              tr("tracked by its sensor alone")};
+    for (int row = 0; row < static_cast<int>(rows); ++row)
+        prefetchCells(table, row, XColumn, RzColumn);
     const QSignalBlocker quiet(table.model()); // outlives the lock: nobody else's code runs under it
     const TrackingData::Locked stores = data.lock(); // over the whole redraw, so that every row shows the same frame
     // Backwards, so that of several records with one id the first is the one that stays.

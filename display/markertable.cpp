@@ -7,6 +7,7 @@
 #include "display/celldelegate.h"
 #include "display/cellitems.h"
 #include "display/columns.h"
+#include "display/prefetch.h"
 
 #include <QHeaderView>
 #include <QSignalBlocker>
@@ -105,6 +106,7 @@ CellRange MarkerTable::fillRows(TrackingData &data, const QString &idFormat)
     fresh.reserve(static_cast<std::size_t>(table.rowCount()));
     for (int row = 0; row < table.rowCount(); ++row) {
         fresh.emplace_back(idFormat);
+        prefetchCells(table, row, MarkerIdColumn, MarkerZColumn);
     }
     std::vector<std::unique_ptr<QTableWidgetItem>> replaced;
     replaced.reserve(fresh.size() * Column3dCount);
