@@ -4,6 +4,7 @@
 
 #include "host/backendmenu.h"
 #include "host/lineaccount.h"
+#include "host/standarderror.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -16,7 +17,7 @@ namespace host {
 
 namespace {
 
-constexpr int screenshotFailed = 1;
+constexpr int failedWhileRunning = 1;
 
 BackendVersions ownVersions()
 {
@@ -39,8 +40,9 @@ QTimer *startOnce(QObject *parent, std::chrono::milliseconds delay)
 } // namespace
 
 Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend> backend,
-           const QStringList &moduleFolders)
+           const QStringList &moduleFolders, std::unique_ptr<LogFile> logFile)
     : options(options)
+    , logOutput(hostLog, std::move(logFile))
     , versions(ownVersions())
     , ioManager(hostLog)
     , session(ioManager, versions, hostLog)
@@ -50,6 +52,8 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
     mainWindow.backendMenu()->showChoice(options.choice);
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
     modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
+    hasModules = modules.count() > 0;
+    hostLog.flush(); // without a module the reason is told at once
     mainWindow.addEntries(modules.entries());
     // A picture shows the same on every machine, and taking one does not touch the operator's window.
     if (options.screenshotFile.isEmpty())
@@ -73,9 +77,9 @@ int Host::run()
     std::printf("%s\n", qPrintable(summary));
     std::fflush(stdout);
     if (options.screenshotFile.isEmpty() || pictureSaved)
-        return 0;
-    std::fprintf(stderr, "%s\n", qPrintable(tr("The picture could not be saved in %1.").arg(options.screenshotFile)));
-    return screenshotFailed;
+        return hasModules ? 0 : failedWhileRunning;
+    printError(tr("The picture could not be saved in %1.").arg(options.screenshotFile));
+    return failedWhileRunning;
 }
 
 QString Host::shutDown()
@@ -88,6 +92,7 @@ QString Host::shutDown()
     QString summary = LineAccount::text(session.counts(), panelLineCounts(modules.entries()));
     mainWindow.removeEntries(modules.entries());
     modules.unload();
+    hostLog.flush();
     return summary;
 }
 

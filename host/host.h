@@ -5,6 +5,7 @@
 #include "host/backendsession.h"
 #include "host/hostiomanager.h"
 #include "host/hostlog.h"
+#include "host/logoutput.h"
 #include "host/mainwindow.h"
 #include "host/moduleloader.h"
 #include "host/options.h"
@@ -22,9 +23,9 @@ class Host {
     Q_DECLARE_TR_FUNCTIONS(Host)
 
 public:
-    /// \a backend is what the options chose; modules are looked for in \a moduleFolders.
+    /// \a backend is what the options chose; modules are looked for in \a moduleFolders; \a logFile may be null.
     Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend> backend,
-         const QStringList &moduleFolders);
+         const QStringList &moduleFolders, std::unique_ptr<LogFile> logFile = nullptr);
     /// Shuts everything down if shutDown() has not done so.
     ~Host();
 
@@ -48,11 +49,13 @@ private:
     // In the order of construction: each outlives the ones after it.
     const HostOptions options;
     HostLog hostLog;
+    LogOutput logOutput;
     BackendVersions versions;
     HostIOManager ioManager;
     BackendSession session;
     MainWindow mainWindow;
     ModuleLoader modules;
+    bool hasModules = false; // whether any was loaded
     bool isDown = false;
     bool pictureSaved = false;
 };

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "host/hostlog.h"
 
+#include "host/standarderror.h"
+
 #include <utility>
 
 namespace host {
@@ -12,6 +14,13 @@ const QLatin1String hostCategory("host");
 const QLatin1String hostSender("trackhost");
 
 } // namespace
+
+QString logLine(const LogEntry &entry)
+{
+    const QLatin1String level(entry.isWarning() ? "warning" : "info");
+    return QStringLiteral("%1 %2 %3: %4")
+        .arg(entry.time.toUTC().toString(Qt::ISODateWithMs), level, onOneLine(entry.sender), onOneLine(entry.text));
+}
 
 HostLog::HostLog(std::size_t capacity, QObject *parent)
     : QObject(parent)

@@ -18,7 +18,12 @@ struct LogEntry {
     QString category;
     QString sender;
     QString text;
+
+    bool isWarning() const { return level > 0; }
 };
+
+/// The entry as a line of a log file: "2026-11-21T18:55:00.123Z LEVEL SENDER: TEXT", the level as "info" or "warning".
+QString logLine(const LogEntry &entry);
 
 /// The host's log: entries are added from any thread and emitted on the log's own thread.
 ///
@@ -37,14 +42,14 @@ public:
     void info(const QString &text);
     /// A failure of the host itself. Any thread.
     void warning(const QString &text);
+    /// Emits what waits. Otherwise the event loop does so. On the log's thread.
+    void flush();
 
 signals:
     void entryAdded(const host::LogEntry &entry); ///< on the log's thread, in the order of the entries
     void entriesWaiting(); ///< from any thread, for this object alone
 
 private:
-    void flush();
-
     const std::size_t capacity;
     std::mutex mutex; // guards the next three, which any thread touches
     std::deque<LogEntry> waiting;

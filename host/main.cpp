@@ -1,10 +1,16 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "host/host.h"
+#include "host/standarderror.h"
 
 #include <QApplication>
 
+#include <csignal>
 #include <cstdio>
+#include <utility>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 namespace {
 
@@ -26,10 +32,22 @@ void printWithoutPlatformNoise(QtMsgType type, const QMessageLogContext &context
         printMessage(type, context, text);
 }
 
+/// Fills the standard files that the caller has closed: the next file opened would take their numbers, and a log file
+/// get what is meant for standard output.
+void keepStandardFilesTaken()
+{
+    for (int file = STDIN_FILENO; file <= STDERR_FILENO; ++file) {
+        if (::fcntl(file, F_GETFD) == -1)
+            ::open("/dev/null", O_RDWR); // takes the lowest number that is free
+    }
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
+    std::signal(SIGPIPE, SIG_IGN); // whoever reads our output may go; the window stays
+    keepStandardFilesTaken();
     QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
     QCoreApplication::setApplicationName(QStringLiteral("trackhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORNAK_VERSION));
@@ -52,15 +70,27 @@ int main(int argc, char **argv)
         return 0;
     }
     if (result.kind == host::OptionsResult::Kind::Error) {
-        print(stderr, result.text);
+        host::printError(result.text);
         return badInput;
     }
-    const host::BackendResult made = host::makeBackend(result.options.choice, result.options.settings);
-    for (const QString &warning : made.warnings)
-        print(stderr, warning);
+    const host::HostOptions &options = result.options;
+    std::unique_ptr<host::LogFile> logFile;
+    if (!options.logFile.isEmpty()) {
+        QString reason;
+        logFile = host::LogFile::open(options.logFile, &reason);
+        if (!logFile) {
+            host::printError(
+                host::OptionsResult::tr("The log file %1 can't be written: %2.").arg(options.logFile, reason));
+            return badInput;
+        }
+    }
+    const host::BackendResult made = host::makeBackend(options.choice, options.settings);
     if (!made.backend) {
-        print(stderr, made.error);
+        host::printError(made.error);
         return badInput;
     }
-    return host::Host(result.options, made.backend, host::ModuleLoader::folders(result.options.modulesFolder)).run();
+    host::Host host(options, made.backend, host::ModuleLoader::folders(options.modulesFolder), std::move(logFile));
+    for (const QString &warning : made.warnings)
+        host.log().warning(warning);
+    return host.run();
 }

@@ -132,7 +132,7 @@ public:
     {
         parser.setApplicationDescription(tr("Shows live tracking data in the modules that it finds."));
         parser.addOptions({help, version, simulate, list, replay, rate, backendVersion, modules, fail, latency,
-                           screenshot, after, duration, observer});
+                           screenshot, after, duration, observer, log});
         parser.addPositionalArgument(QStringLiteral("scenario"), tr("Scenario to simulate (default: default)."),
                                      tr("[SCENARIO]"));
     }
@@ -158,6 +158,7 @@ public:
     const QCommandLineOption after{QStringLiteral("after"), tr("Takes the picture after MS ms (default 2000)."),
                                    tr("MS")};
     const QCommandLineOption duration{QStringLiteral("duration"), tr("Quits after MS ms."), tr("MS")};
+    const QCommandLineOption log{QStringLiteral("log"), tr("Writes every entry of the log to FILE, too."), tr("FILE")};
     const QCommandLineOption observer{QStringLiteral("observer"), tr("Runs the modules in observer mode.")};
 
     QCommandLineParser parser;
@@ -188,6 +189,8 @@ QString contradictionIn(const CommandLine &line)
         return CommandLine::tr("--after needs --screenshot.");
     if (parser.isSet(line.screenshot) && parser.value(line.screenshot).isEmpty())
         return CommandLine::tr("--screenshot takes the name of a file.");
+    if (parser.isSet(line.log) && parser.value(line.log).isEmpty())
+        return CommandLine::tr("--log takes the name of a file.");
     return {};
 }
 
@@ -206,6 +209,7 @@ HostOptions optionsOf(const CommandLine &line, ValueReader *values)
     options.screenshotFile = parser.value(line.screenshot);
     options.screenshotDelay = values->milliseconds(line.after, longestTime).value_or(options.screenshotDelay);
     options.duration = values->milliseconds(line.duration, longestTime);
+    options.logFile = parser.value(line.log);
     return options;
 }
 

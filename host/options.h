@@ -22,6 +22,7 @@ struct HostOptions {
     QString screenshotFile; ///< empty: none is taken
     std::chrono::milliseconds screenshotDelay{2000};
     std::optional<std::chrono::milliseconds> duration; ///< nothing: until the operator quits
+    QString logFile; ///< empty: none is written
 };
 
 /// Result of reading the command line: what to do, or what to print instead of it.

@@ -124,7 +124,7 @@ void HostOptionsTest::takesAVersion()
 void HostOptionsTest::takesWhatTheProgramDoes()
 {
     const OptionsResult result =
-        read(QStringLiteral("--modules /m --observer --screenshot a.png --after 50 --duration 900"));
+        read(QStringLiteral("--modules /m --observer --screenshot a.png --after 50 --duration 900 --log a.log"));
     QCOMPARE(result.kind, Kind::Run);
     QCOMPARE(result.options.modulesFolder, QStringLiteral("/m"));
     QVERIFY(result.options.observer);
@@ -132,6 +132,7 @@ void HostOptionsTest::takesWhatTheProgramDoes()
     QCOMPARE(result.options.screenshotDelay.count(), 50);
     QVERIFY(result.options.duration.has_value());
     QCOMPARE(result.options.duration->count(), 900);
+    QCOMPARE(result.options.logFile, QStringLiteral("a.log"));
 }
 
 void HostOptionsTest::refusesWhatItCannotFollow_data()
@@ -156,6 +157,7 @@ void HostOptionsTest::refusesWhatItCannotFollow_data()
     QTest::newRow("a rate of failures above one") << QStringLiteral("--fail a*=1.5") << QStringLiteral("a*=1.5");
     QTest::newRow("a failure without a pattern") << QStringLiteral("--fail =0.5") << QStringLiteral("=0.5");
     QTest::newRow("a time for no picture") << QStringLiteral("--after 100") << QStringLiteral("--screenshot");
+    QTest::newRow("a log without a name") << QStringLiteral("--log=") << QStringLiteral("--log");
     QTest::newRow("a picture without a name") << QStringLiteral("--screenshot=") << QStringLiteral("--screenshot");
 }
 

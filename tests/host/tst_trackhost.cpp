@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "tests/host/programrun.h"
+
 #include <QFile>
 #include <QImage>
-#include <QProcess>
 #include <QRegularExpression>
 #include <QSet>
 #include <QTemporaryDir>
@@ -10,23 +11,9 @@
 
 namespace {
 
-/// What a run of the program left behind.
-struct Run {
-    int exitCode = -1; ///< -1: it crashed or did not end
-    QString out;
-    QString err;
-};
-
-Run trackhost(const QStringList &arguments)
+ProgramRun trackhost(const QStringList &arguments)
 {
-    QProcess process;
-    process.start(QStringLiteral(TRACKHOST), arguments);
-    Run run;
-    if (process.waitForFinished(90000) && process.exitStatus() == QProcess::NormalExit)
-        run.exitCode = process.exitCode();
-    run.out = QString::fromUtf8(process.readAllStandardOutput());
-    run.err = QString::fromUtf8(process.readAllStandardError());
-    return run;
+    return runProgram(QStringLiteral(TRACKHOST), arguments);
 }
 
 } // namespace
@@ -79,7 +66,7 @@ void TrackhostTest::answersWithoutADisplay()
     QFETCH(QString, expected);
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
     qputenv("QT_QPA_PLATFORM", "no-such-platform");
-    const Run run = trackhost({argument});
+    const ProgramRun run = trackhost({argument});
     qputenv("QT_QPA_PLATFORM", platform);
     QCOMPARE(run.exitCode, 0);
     QVERIFY2(run.out.contains(expected), qPrintable(run.out));
@@ -111,7 +98,7 @@ void TrackhostTest::endsWithTwoWhenItCannotStart()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, complaint);
-    const Run run = trackhost(arguments);
+    const ProgramRun run = trackhost(arguments);
     QCOMPARE(run.exitCode, 2);
     QVERIFY2(run.err.contains(complaint), qPrintable(run.err));
     QCOMPARE(run.out, QString());
@@ -124,7 +111,7 @@ void TrackhostTest::reportsLinesOfAReplayThatItSkips()
                                "0.00 1 2 3 0 0 0 1\n"
                                "0.01 1 2 x 0 0 0 1\n"
                                "0.02 1 2 3 0 0 0 1\n");
-    const Run run = trackhost(
+    const ProgramRun run = trackhost(
         QStringList{QStringLiteral("--replay"), file, QStringLiteral("--duration"), QStringLiteral("50")} + modules);
     QCOMPARE(run.exitCode, 0);
     const QStringList lines = run.err.split(QLatin1Char('\n')).filter(file);
@@ -135,7 +122,7 @@ void TrackhostTest::reportsLinesOfAReplayThatItSkips()
 void TrackhostTest::savesAPicture()
 {
     const QString file = folder.filePath(QStringLiteral("picture.png"));
-    const Run run = trackhost(
+    const ProgramRun run = trackhost(
         QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("300")} + modules);
     QCOMPARE(run.exitCode, 0);
     const QImage picture(file);
@@ -165,7 +152,7 @@ void TrackhostTest::warnsOfNothingThatIsUsualWithoutADisplay()
     const QString file = folder.filePath(QStringLiteral("quiet.png"));
     const QByteArray runtimeFolder = qgetenv("XDG_RUNTIME_DIR");
     qunsetenv("XDG_RUNTIME_DIR");
-    const Run run =
+    const ProgramRun run =
         trackhost(modules + arguments
                   + QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("50")});
     qputenv("XDG_RUNTIME_DIR", runtimeFolder);
@@ -178,7 +165,7 @@ void TrackhostTest::warnsOfNothingThatIsUsualWithoutADisplay()
 void TrackhostTest::endsWithOneWhenThePictureCannotBeSaved()
 {
     const QString file = QStringLiteral("/nonexistent/folder/picture.png");
-    const Run run = trackhost(
+    const ProgramRun run = trackhost(
         QStringList{QStringLiteral("--screenshot"), file, QStringLiteral("--after"), QStringLiteral("0")} + modules);
     QCOMPARE(run.exitCode, 1);
     QVERIFY2(run.err.contains(file), qPrintable(run.err));
@@ -186,9 +173,9 @@ void TrackhostTest::endsWithOneWhenThePictureCannotBeSaved()
 
 void TrackhostTest::accountsForTheLinesOfARun()
 {
-    const Run run = trackhost(QStringList{QStringLiteral("--duration"), QStringLiteral("1000"),
-                                          QStringLiteral("--rate"), QStringLiteral("100")}
-                              + modules);
+    const ProgramRun run = trackhost(QStringList{QStringLiteral("--duration"), QStringLiteral("1000"),
+                                                 QStringLiteral("--rate"), QStringLiteral("100")}
+                                     + modules);
     QCOMPARE(run.exitCode, 0);
     static const QRegularExpression summary(
         QStringLiteral("\\Alines: (\\d+) sent, (\\d+) stored, (\\d+) dropped while the display was drawing, "
@@ -202,9 +189,10 @@ void TrackhostTest::accountsForTheLinesOfARun()
 
 void TrackhostTest::showsFailuresOfTheBackendWithoutFailing()
 {
-    const Run run = trackhost(QStringList{QStringLiteral("--fail"), QStringLiteral("*"), QStringLiteral("--latency"),
-                                          QStringLiteral("1"), QStringLiteral("--duration"), QStringLiteral("100")}
-                              + modules);
+    const ProgramRun run =
+        trackhost(QStringList{QStringLiteral("--fail"), QStringLiteral("*"), QStringLiteral("--latency"),
+                              QStringLiteral("1"), QStringLiteral("--duration"), QStringLiteral("100")}
+                  + modules);
     QCOMPARE(run.exitCode, 0);
     QVERIFY2(run.out.startsWith(QStringLiteral("lines: ")), qPrintable(run.out));
 }
