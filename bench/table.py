@@ -68,6 +68,14 @@ class Table:
         self.row(f"{what}, against {rival_name or rival}", f"≤ {most}" if most else "–", duration(ours),
                  duration(theirs), f"{ratio:.3f}", ratio <= most if most else None)
 
+    def within(self, what, name, rival, most=None, rival_name=None):
+        """Our time against an aim of its own [ns]; the rival tells how fast the machine was."""
+        ours, theirs = self.values.get(name + "/ours"), self.values.get(name + "/" + rival)
+        if ours is None or theirs is None:
+            return
+        self.row(f"{what}, against {rival_name or rival}", f"≤ {duration(most)}" if most else "–", duration(ours),
+                 duration(theirs), f"{ours / theirs:.3f}", ours <= most if most else None)
+
     def counter(self, what, name, counter, unit, most=None):
         ours, theirs = (self.values.get(f"{name}/{side} {counter}") for side in ("ours", "naive"))
         if ours is None or theirs is None:
@@ -107,6 +115,12 @@ def main():
             table.faster(what, name, "naive", least)
             table.faster(what, name, "fast_float")
             table.share(what, name, "floor", 8 if tag == "6d" else None, "copy and search for ']' (stretch)")
+    for tag in ("6d", "6di"):
+        for count in (10, 50, 200):
+            what, name, most = f'watching "{tag}" of {count}', f"watch/{tag}/{count}", 5e3 if count == 50 else None
+            table.within(what, name, "panel", most, "the panel's own reading")
+            table.within(what, name, "strings", None, "QString::split")
+    table.alone('watching "3d" of 100', "watch/3d/100/ours")
     for motion, most in (("moving", 0.17), ("still", 0.08)):
         for count in (10, 50, 200, 1000):
             what = f"6DOF redraw under the lock, {count} bodies, {motion}"

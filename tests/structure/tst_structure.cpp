@@ -28,7 +28,8 @@ const QMap<QString, QStringList> &rooms()
         {QStringLiteral("filter"), {channel, interface, numbers}},
         {QStringLiteral("module"), {QStringLiteral("display"), interface, numbers}},
         {QStringLiteral("backend"), {numbers}},
-        {QStringLiteral("host"), {QStringLiteral("backend"), interface, numbers}},
+        {QStringLiteral("host"), {QStringLiteral("host/liveness"), QStringLiteral("backend"), interface, numbers}},
+        {QStringLiteral("host/liveness"), {QStringLiteral("backend"), numbers}},
         // A stranger's host, which has none of our headers.
         {QStringLiteral("tests/contract"), {}},
     };
@@ -169,6 +170,7 @@ void TestStructure::includesAreJudged_data()
     row("data does not reach the host's interface", "data", true, "interface/requester.h", false);
     row("the filter does not reach the panel", "filter", true, "display/columns.h", false);
     row("the host does not reach the panel", "host", true, "display/columns.h", false);
+    row("the liveness of a source does not reach the window", "host/liveness", true, "host/mainwindow.h", false);
     row("the backend does not reach the interface", "backend", true, "interface/iomanager.h", false);
     row("the product does not reach its tests", "host", true, "tests/support/scriptedhost.h", false);
     row("no way leads around by another path", "data", true, "../display/columns.h", false);
