@@ -6,6 +6,7 @@
 #include "host/backendsession.h"
 #include "host/connectionstatus.h"
 #include "host/dockbackground.h"
+#include "host/dockcycle.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
 #include "interface/moduleinterface.h"
@@ -54,6 +55,7 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     addDockWidget(Qt::BottomDockWidgetArea, logDock);
     connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
     new DockBackground(*this, logDock->objectName());
+    new DockCycle(this);
     addMenus(settings);
     connect(&session, &BackendSession::connectionChanged, this, &MainWindow::showTitle);
     showTitle();
