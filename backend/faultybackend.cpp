@@ -63,11 +63,6 @@ ProtocolVersion FaultyBackend::version() const
     return inner->version();
 }
 
-double FaultyBackend::frameRate() const
-{
-    return inner->frameRate();
-}
-
 std::optional<QByteArray> FaultyBackend::request(const QByteArray &query)
 {
     if (latency.count() > 0)
@@ -82,9 +77,9 @@ bool FaultyBackend::command(const QByteArray &command)
     return !failsNow(command) && inner->command(command);
 }
 
-QVector<OutputLine> FaultyBackend::linesAt(std::chrono::nanoseconds time) const
+std::unique_ptr<LineStream> FaultyBackend::open(LineStream::Clock::time_point epoch)
 {
-    return inner->linesAt(time);
+    return inner->open(epoch);
 }
 
 bool FaultyBackend::failsNow(const QByteArray &text)

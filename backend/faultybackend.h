@@ -35,10 +35,9 @@ public:
 
     QString name() const override;
     ProtocolVersion version() const override;
-    double frameRate() const override;
     std::optional<QByteArray> request(const QByteArray &query) override;
     bool command(const QByteArray &command) override;
-    QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const override;
+    std::unique_ptr<LineStream> open(LineStream::Clock::time_point epoch) override;
 
 private:
     struct Rule {

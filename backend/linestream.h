@@ -16,7 +16,8 @@ struct OutputLine {
     QByteArray text;
 };
 
-/// A line as it was received. Its sequence counts the lines at the source from 0, so that a gap is a loss on the way.
+/// A line as it was received. Its sequence counts the lines at the source from 0, so that a gap is a loss on the way,
+/// or lines that were late.
 struct ReceivedLine {
     OutputLine line;
     std::chrono::nanoseconds time{0}; ///< steady, since the epoch that the stream was opened with
@@ -30,7 +31,16 @@ struct StreamState {
     QString reason; ///< why it was lost, in words; else empty
 };
 
-/// Lines as they come. A stream is taken from on one thread; wake() and state() may be called from any.
+/// What became of lines that nobody could take. Totals since the stream was opened.
+struct StreamLosses {
+    quint64 late = 0; ///< lines that waited too long to be taken, so that an age is always true
+    quint64 refused = 0; ///< lines of output that are too long, or have more bodies than can be shown
+    quint64 unknown = 0; ///< lines that are none of output
+    quint64 skippedFrames = 0; ///< frames whose lines were never made, since they would have been too late
+};
+
+/// Lines as they come. A stream must not outlive the backend that opened it. It is taken from on one thread; all else
+/// may be called from any.
 class LineStream {
 public:
     using Clock = std::chrono::steady_clock;
@@ -43,8 +53,9 @@ public:
     /// Makes the take() that waits, or else the next one, return at once.
     virtual void wake() noexcept = 0;
     virtual StreamState state() const = 0;
-    /// Lines that came and were given up before anybody took them, oldest first, so that an age is always true.
-    virtual quint64 late() const { return 0; }
+    virtual StreamLosses losses() const { return {}; }
+    /// How often what the backend answers has changed since the stream was opened, other than by a command.
+    virtual quint64 configurationChanges() const { return 0; }
 
 private:
     Q_DISABLE_COPY(LineStream)

@@ -3,6 +3,7 @@
 #include "backend/simulatedbackend.h"
 
 #include "backend/commandtable.h"
+#include "backend/framestream.h"
 #include "backend/outputlines.h"
 
 #include <algorithm>
@@ -94,6 +95,12 @@ bool SimulatedBackend::command(const QByteArray &command)
         return true;
     }
     return false;
+}
+
+std::unique_ptr<LineStream> SimulatedBackend::open(LineStream::Clock::time_point epoch)
+{
+    return std::make_unique<FrameStream>(
+        frameRate(), [this](std::chrono::nanoseconds time) { return linesAt(time); }, epoch);
 }
 
 QVector<OutputLine> SimulatedBackend::linesAt(std::chrono::nanoseconds time) const

@@ -5,6 +5,9 @@
 #include "backend/scenario.h"
 #include "backend/trackingbackend.h"
 
+#include <QVector>
+
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -28,7 +31,7 @@ public:
 
     QString name() const override;
     ProtocolVersion version() const override;
-    double frameRate() const override;
+    double frameRate() const; ///< frames of output per second, above 0
 
     /// Answers are UTF-8 texts of one line and any length; yes/no queries answer "yes" or "no". A query that the
     /// backend's version does not know yet fails like an unknown one.
@@ -36,8 +39,10 @@ public:
     /// Refuses everything while the configuration is locked, unknown bodies, presets, modes and outputs, those that
     /// the body is not offered, numbers beyond the limits, and values of a preset that is not a custom one.
     bool command(const QByteArray &command) override;
-    /// Times before 0 give the first frame.
-    QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const override;
+    std::unique_ptr<LineStream> open(LineStream::Clock::time_point epoch) override;
+    /// The output lines of the last frame due at \a time after the start, one for each output that is active. The
+    /// same time gives the same bytes as long as no command changes the model. Times before 0 give the first frame.
+    QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const;
 
     /// The model as the commands have left it.
     Scenario scenario() const;

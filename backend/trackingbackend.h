@@ -6,9 +6,8 @@
 
 #include <QByteArray>
 #include <QString>
-#include <QVector>
 
-#include <chrono>
+#include <memory>
 #include <optional>
 
 namespace backend {
@@ -20,7 +19,7 @@ struct ProtocolVersion {
     int patch = 0;
 };
 
-/// A tracking backend as the host sees it: text queries, text commands, and lines of output as a function of time.
+/// A tracking backend as the host sees it: text queries, text commands, and a stream of lines of output.
 /// All operations may be called from any thread.
 class TrackingBackend {
 public:
@@ -29,16 +28,15 @@ public:
 
     virtual QString name() const = 0; ///< as the operator knows it, such as "simulation: default"
     virtual ProtocolVersion version() const = 0;
-    virtual double frameRate() const = 0; ///< frames of output per second, above 0
 
     /// The answer to a query such as "body desc standard b01", in full; nothing when the backend fails or does not
     /// know it.
     virtual std::optional<QByteArray> request(const QByteArray &query) = 0;
     /// Carries out a command such as "output active chmon 6d yes". Returns whether it was accepted.
     virtual bool command(const QByteArray &command) = 0;
-    /// The output lines of the last frame due at \a time after the start, one for each output that is active. The
-    /// same time gives the same bytes as long as no command changes the model.
-    virtual QVector<OutputLine> linesAt(std::chrono::nanoseconds time) const = 0;
+    /// The lines of output from now on, those of each output that is active; their times count from \a epoch. One
+    /// stream at a time.
+    virtual std::unique_ptr<LineStream> open(LineStream::Clock::time_point epoch) = 0;
 
 private:
     Q_DISABLE_COPY(TrackingBackend)

@@ -12,10 +12,19 @@ namespace host {
 
 namespace {
 
+using Phase = backend::StreamState::Phase;
+
+constexpr std::chrono::milliseconds followInterval(100);
+
 QString versionText(const backend::ProtocolVersion &version)
 {
     const QString text = QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
     return version.patch < 0 ? text : QStringLiteral("%1.%2").arg(text).arg(version.patch);
+}
+
+backend::StreamLosses sumOf(const backend::StreamLosses &a, const backend::StreamLosses &b)
+{
+    return {a.late + b.late, a.refused + b.refused, a.unknown + b.unknown, a.skippedFrames + b.skippedFrames};
 }
 
 } // namespace
@@ -26,6 +35,7 @@ BackendSession::BackendSession(HostIOManager &ioManager, BackendVersions &versio
     , log(log)
     , output(ioManager.subscriptions())
 {
+    connect(&followTimer, &QTimer::timeout, this, [this] { followStream(backend::LineStream::Clock::now()); });
 }
 
 BackendSession::~BackendSession() = default;
@@ -34,15 +44,16 @@ void BackendSession::open(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
     disconnectBackend();
     backend = std::move(newBackend);
-    epoch = OutputThread::Clock::now();
+    epoch = backend::LineStream::Clock::now();
     openChannel();
 }
 
 void BackendSession::start()
 {
     ioManager.announceConfiguration();
-    if (connected) // a requester may have run an event loop, and the operator disconnected in it
-        output.start(backend, epoch);
+    // A requester may have run an event loop, and the operator disconnected in it, or chose another backend.
+    if (connected && !stream)
+        openStream();
 }
 
 void BackendSession::change(std::shared_ptr<backend::TrackingBackend> newBackend)
@@ -64,7 +75,7 @@ void BackendSession::disconnectBackend()
     if (!connected)
         return;
     connected = false;
-    output.stop(); // before the data is cleared, so that no line fills it again
+    closeStream(); // before the data is cleared, so that no line fills it again
     ioManager.setBackend(nullptr);
     ioManager.announceDisconnect();
     versions.backendMajor = versions.backendMinor = versions.backendPatch = 0;
@@ -74,12 +85,46 @@ void BackendSession::disconnectBackend()
 
 void BackendSession::stopOutput()
 {
-    output.stop();
+    closeStream();
 }
 
 QString BackendSession::backendName() const
 {
     return backend ? backend->name() : QString();
+}
+
+LineTotals BackendSession::counts() const
+{
+    const OutputSubscriptions::Totals handed = ioManager.subscriptions().totals();
+    const backend::StreamLosses losses = stream ? sumOf(earlierLosses, stream->losses()) : earlierLosses;
+    LineTotals totals;
+    totals.sent = handed.sent + losses.refused;
+    totals.refused = handed.refused + losses.refused;
+    totals.ignored = handed.ignored;
+    totals.late = losses.late;
+    totals.unknown = losses.unknown;
+    totals.skippedFrames = losses.skippedFrames;
+    return totals;
+}
+
+void BackendSession::followStream(backend::LineStream::Clock::time_point now)
+{
+    if (!stream)
+        return;
+    const backend::StreamState before = follower.state();
+    const StreamFollower::Step step = follower.follow(stream->state(), stream->configurationChanges(), now);
+    if (step.stateChanged) {
+        logStreamState(before);
+        emit streamStateChanged();
+    }
+    if (step.clearData) {
+        log.warning(tr("%1 has been lost for %2 s: its data are cleared; trying again.")
+                        .arg(backend->name())
+                        .arg(StreamFollower::keptWhileLost.count()));
+        ioManager.announceDisconnect();
+    }
+    if (step.configure)
+        ioManager.announceConfiguration();
 }
 
 void BackendSession::openChannel()
@@ -93,6 +138,38 @@ void BackendSession::openChannel()
     connected = true;
     log.info(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
     emit connectionChanged();
+}
+
+void BackendSession::openStream()
+{
+    stream = backend->open(epoch);
+    follower = StreamFollower(stream->state());
+    followTimer.start(followInterval);
+    output.start(*stream);
+    emit streamOpened();
+    emit streamStateChanged();
+}
+
+void BackendSession::closeStream()
+{
+    if (!stream)
+        return;
+    followTimer.stop();
+    output.stop();
+    earlierLosses = sumOf(earlierLosses, stream->losses());
+    stream.reset();
+    follower = StreamFollower();
+}
+
+void BackendSession::logStreamState(const backend::StreamState &before)
+{
+    const backend::StreamState &state = follower.state();
+    if (state.phase == Phase::Lost)
+        log.warning(tr("The connection to %1 is lost: %2").arg(backend->name(), state.reason));
+    else if (state.phase == Phase::Live && before.phase != Phase::Live)
+        log.info(tr("The connection to %1 stands.").arg(backend->name()));
+    else if (state.phase == Phase::Ended && before.phase != Phase::Ended)
+        log.warning(tr("the source has ended"));
 }
 
 } // namespace host

@@ -2,10 +2,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "backend/linestream.h"
+#include "host/linetotals.h"
 #include "host/outputthread.h"
+#include "host/streamfollower.h"
 #include "interface/backendversions.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <memory>
 
@@ -18,7 +22,9 @@ namespace host {
 class HostIOManager;
 class HostLog;
 
-/// The connection to the backend: opened and closed in the order that modules rely on. GUI thread.
+/// The connection to the backend: opened and closed in the order that modules rely on. It follows the state of the
+/// stream of lines: a lost one keeps its picture for ten seconds, one that is back is configured anew, an ended one
+/// keeps its last picture. GUI thread.
 class BackendSession : public QObject {
     Q_OBJECT
 
@@ -38,24 +44,42 @@ public:
     void disconnectBackend();
     /// Ends the delivery without notifying the requesters.
     void stopOutput();
+    /// Lets \a sink have each line before the modules. To be called before the first start(); \a sink outlives this.
+    void addSink(LineSink &sink) { output.addSink(sink); }
 
     bool isConnected() const { return connected; }
     QString backendName() const; ///< empty when there never was a backend
-    OutputThread::Counts counts() const { return output.counts(); }
+    /// As it was last followed, a tenth of a second ago at most; Connecting while no lines can flow.
+    backend::StreamState streamState() const { return follower.state(); }
+    /// What the times of the lines count from; a reconnection does not change it.
+    backend::LineStream::Clock::time_point streamEpoch() const { return epoch; }
+    LineTotals counts() const;
+
+    /// Acts on the state that the stream has at \a now. A timer does this ten times a second.
+    void followStream(backend::LineStream::Clock::time_point now);
 
 signals:
+    void streamOpened(); ///< lines flow from now on, their sequence anew
+    void streamStateChanged();
     void connectionChanged(); ///< connected, disconnected, or connected to a different backend
 
 private:
     void openChannel();
+    void openStream();
+    void closeStream();
+    void logStreamState(const backend::StreamState &before);
 
     HostIOManager &ioManager;
     BackendVersions &versions;
     HostLog &log;
     std::shared_ptr<backend::TrackingBackend> backend;
-    OutputThread::Clock::time_point epoch; // the start of the backend's clock
+    backend::LineStream::Clock::time_point epoch; // the start of the backend's clock
     bool connected = false;
-    OutputThread output;
+    std::unique_ptr<backend::LineStream> stream; // of the backend; null while no lines can flow
+    backend::StreamLosses earlierLosses; // of the streams before
+    StreamFollower follower;
+    QTimer followTimer;
+    OutputThread output; // takes from the stream
 };
 
 } // namespace host

@@ -55,7 +55,7 @@ void ConnectionStatus::showBackend()
 
 void ConnectionStatus::measureRate()
 {
-    const OutputThread::Counts counts = session.counts();
+    const LineTotals counts = session.counts();
     const double seconds = static_cast<double>(rateClock.restart()) / 1000.0;
     const double rate = static_cast<double>(counts.sent - sentBefore) / qMax(seconds, 0.001);
     sentBefore = counts.sent;

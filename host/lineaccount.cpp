@@ -31,7 +31,7 @@ std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entri
     return total;
 }
 
-QString LineAccount::text(const OutputThread::Counts &counts, const std::optional<PanelLineCounts> &panels)
+QString LineAccount::text(const LineTotals &counts, const std::optional<PanelLineCounts> &panels)
 {
     QStringList parts{tr("%1 sent").arg(counts.sent)};
     if (panels) {

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "host/outputthread.h"
+#include "host/linetotals.h"
 
 #include <QCoreApplication>
 #include <QList>
@@ -32,7 +32,7 @@ struct LineAccount {
 
 public:
     /// One line, which says so when the numbers do not add up.
-    static QString text(const OutputThread::Counts &counts, const std::optional<PanelLineCounts> &panels);
+    static QString text(const LineTotals &counts, const std::optional<PanelLineCounts> &panels);
 };
 
 } // namespace host

@@ -79,6 +79,21 @@ std::vector<Requester *> OutputSubscriptions::all() const
     return requesters;
 }
 
+void OutputSubscriptions::receive(const backend::ReceivedLine &line)
+{
+    const Delivered delivered = deliver(line.line);
+    const std::lock_guard lock(mutex);
+    received.sent += std::max<quint64>(delivered.sent, 1);
+    received.refused += delivered.refused;
+    received.ignored += delivered.sent == 0 ? 1 : 0;
+}
+
+OutputSubscriptions::Totals OutputSubscriptions::totals() const
+{
+    const std::lock_guard lock(mutex);
+    return received;
+}
+
 OutputSubscriptions::Delivered OutputSubscriptions::deliver(const backend::OutputLine &line)
 {
     Delivered delivered;

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/linesink.h"
+
 #include <QByteArray>
 
 #include <condition_variable>
@@ -19,12 +21,18 @@ namespace host {
 
 /// Who gets which lines. Requesters come and go on the GUI thread while the data thread delivers. No lock is held
 /// while a requester is called, so that it may come back to this object from there.
-class OutputSubscriptions {
+class OutputSubscriptions : public LineSink {
 public:
     /// What became of the lines that were handed to requesters.
     struct Delivered {
         quint64 sent = 0; ///< calls of processOutput
         quint64 refused = 0; ///< of these, the ones whose result was not 0, or that threw
+    };
+    /// Totals of received lines.
+    struct Totals {
+        quint64 sent = 0; ///< deliveries: a line counts for each requester that was given it, and once without any
+        quint64 refused = 0; ///< of these, the ones that the requester did not take
+        quint64 ignored = 0; ///< of these, the lines that nobody had subscribed to
     };
 
     /// Makes \a requester known, once however often it is called.
@@ -42,7 +50,10 @@ public:
     /// All known requesters in the order of their registration.
     std::vector<Requester *> all() const;
 
-    /// Hands \a line to all requesters of its tag. One thread at a time.
+    /// Hands \a line to all requesters of its tag, and counts it. One thread at a time.
+    void receive(const backend::ReceivedLine &line) override;
+    Totals totals() const;
+    /// Hands \a line to all requesters of its tag without counting it. One thread at a time.
     Delivered deliver(const backend::OutputLine &line);
 
 private:
@@ -62,6 +73,7 @@ private:
     const Requester *running = nullptr; // the one in processOutput now
     const QByteArray *runningTag = nullptr;
     std::thread::id runningThread;
+    Totals received;
 };
 
 } // namespace host

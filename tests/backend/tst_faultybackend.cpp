@@ -185,7 +185,8 @@ void TestFaultyBackend::waitsBeforeAnswers()
     QVERIFY(backend.request("body desc standard b01"));
     QVERIFY(!backend.request("body desc standard b02"));
     QVERIFY(backend.command("output active chmon 6d yes"));
-    QVERIFY(!backend.linesAt(0s).isEmpty());
+    const auto now = LineStream::Clock::now();
+    QVERIFY(!backend.open(now)->take(now + 30s).isEmpty());
     QCOMPARE(waits, QVector<qint64>({250, 250, 250})); // lines are not waited for
 
     waits.clear();
@@ -203,12 +204,15 @@ void TestFaultyBackend::waitsBeforeAnswers()
 
 void TestFaultyBackend::passesTheRestOn()
 {
-    const FaultyBackend backend(simulated(), {}, 0ms);
+    FaultyBackend backend(simulated(), {}, 0ms);
     const auto plain = simulated();
     QCOMPARE(backend.name(), plain->name());
     QCOMPARE(backend.version().major, 2);
-    QCOMPARE(backend.frameRate(), 60.0);
-    QCOMPARE(backend.linesAt(3s).first().text, plain->linesAt(3s).first().text);
+    const std::unique_ptr<LineStream> stream = backend.open(LineStream::Clock::now());
+    const QVector<ReceivedLine> lines = stream->take(LineStream::Clock::now() + 30s);
+    QVERIFY(!lines.isEmpty());
+    QCOMPARE(lines.first().line.text, plain->linesAt(lines.first().time).first().text);
+    QCOMPARE(lines.first().line.tag, plain->linesAt(lines.first().time).first().tag);
 }
 
 QTEST_GUILESS_MAIN(TestFaultyBackend)

@@ -2,12 +2,15 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "backend/framestream.h"
 #include "backend/trackingbackend.h"
 
 #include <QByteArrayList>
 #include <QHash>
 
-#include <atomic>
+#include <cmath>
+#include <functional>
+#include <memory>
 #include <mutex>
 
 /// A backend with answers from a table, which notes what it was asked and told.
@@ -15,7 +18,6 @@ class FakeBackend : public backend::TrackingBackend {
 public:
     QString name() const override { return backendName; }
     backend::ProtocolVersion version() const override { return backendVersion; }
-    double frameRate() const override { return rate; }
 
     std::optional<QByteArray> request(const QByteArray &query) override
     {
@@ -32,10 +34,18 @@ public:
         return !command.startsWith("refused");
     }
 
-    /// One line of each tag that says which frame it belongs to.
-    QVector<backend::OutputLine> linesAt(std::chrono::nanoseconds time) const override
+    std::unique_ptr<backend::LineStream> open(backend::LineStream::Clock::time_point epoch) override
     {
-        const auto frame = static_cast<qint64>(static_cast<double>(time.count()) * 1e-9 * rate);
+        if (opened)
+            return opened();
+        return std::make_unique<backend::FrameStream>(
+            rate, [this](std::chrono::nanoseconds time) { return linesAt(time); }, epoch);
+    }
+
+    /// One line of each tag that says which frame it belongs to.
+    QVector<backend::OutputLine> linesAt(std::chrono::nanoseconds time) const
+    {
+        const auto frame = static_cast<qint64>(std::floor(static_cast<double>(time.count()) * 1e-9 * rate));
         QVector<backend::OutputLine> lines;
         for (const QByteArray &tag : tags)
             lines.append({tag, tag + ' ' + QByteArray::number(frame)});
@@ -54,6 +64,7 @@ public:
     double rate = 1000.0;
     QByteArrayList tags{"6d", "3d"};
     QHash<QByteArray, QByteArray> answers;
+    std::function<std::unique_ptr<backend::LineStream>()> opened; // in place of a stream of frames
 
 private:
     mutable std::mutex mutex; // guards the next

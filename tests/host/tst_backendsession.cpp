@@ -5,6 +5,7 @@
 #include "host/hostlog.h"
 #include "tests/host/fakebackend.h"
 #include "tests/host/fakerequester.h"
+#include "tests/host/fakestream.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -53,6 +54,9 @@ private slots:
     void changesTheBackend();
     void staysDownWhenTheConfigurationEndsInADisconnection();
     void survivesARequesterThatThrows();
+    void letsGoOfABackendThatIsChanged();
+    void opensAStreamForEachConnection();
+    void countsWhatStreamsLose();
 
 private:
     static std::shared_ptr<FakeBackend> backendWith(int bodies, ProtocolVersion version);
@@ -215,6 +219,65 @@ void BackendSessionTest::survivesARequesterThatThrows()
     QCOMPARE(second.configurations, 1);
     QCOMPARE(second.clears, 1);
     manager->unregisterRequester(&second);
+}
+
+void BackendSessionTest::letsGoOfABackendThatIsChanged()
+{
+    std::shared_ptr<FakeBackend> first = backendWith(4, {1, 21, 0});
+    const std::weak_ptr<FakeBackend> watched = first;
+    session->open(std::move(first));
+    session->start();
+    QTRY_VERIFY(session->counts().sent > 0);
+    session->change(backendWith(2, {0, 12, 0}));
+    QVERIFY(watched.expired());
+    QVERIFY(comesALineAfter(session->counts().sent));
+}
+
+void BackendSessionTest::opensAStreamForEachConnection()
+{
+    QSignalSpy opened(session.get(), &BackendSession::streamOpened);
+    int streams = 0;
+    const auto backend = backendWith(4, {1, 21, 0});
+    backend->opened = [&streams] {
+        ++streams;
+        return std::make_unique<FakeStream>();
+    };
+    session->open(backend);
+    QVERIFY(session->streamState().phase == StreamState::Phase::Connecting);
+    QCOMPARE(streams, 0);
+    session->start();
+    QVERIFY(session->streamState().phase == StreamState::Phase::Live);
+    session->disconnectBackend();
+    QVERIFY(session->streamState().phase == StreamState::Phase::Connecting);
+    session->reconnect();
+    QCOMPARE(streams, 2);
+    QCOMPARE(opened.size(), 2);
+}
+
+void BackendSessionTest::countsWhatStreamsLose()
+{
+    FakeStream *stream = nullptr;
+    const auto backend = backendWith(4, {1, 21, 0});
+    backend->opened = [&stream] {
+        auto made = std::make_unique<FakeStream>();
+        stream = made.get();
+        return made;
+    };
+    session->open(backend);
+    session->start();
+    stream->setLosses({1, 20, 300, 4000});
+    stream->put("6d", "6d 0");
+    QTRY_COMPARE(session->counts().sent, 21U); // what the stream refused counts as sent, and as refused
+    session->disconnectBackend();
+    session->reconnect();
+    stream->setLosses({2, 30, 400, 5000});
+    const LineTotals counts = session->counts();
+    QCOMPARE(counts.sent, 51U);
+    QCOMPARE(counts.refused, 50U);
+    QCOMPARE(counts.ignored, 0U);
+    QCOMPARE(counts.late, 3U);
+    QCOMPARE(counts.unknown, 700U);
+    QCOMPARE(counts.skippedFrames, 9000U);
 }
 
 QTEST_GUILESS_MAIN(BackendSessionTest)

@@ -52,7 +52,11 @@ void LineAccountTest::accountsForEveryLine()
     std::optional<PanelLineCounts> lines;
     if (!displayed.isEmpty())
         lines = PanelLineCounts{displayed[0], displayed[1], displayed[2]};
-    QCOMPARE(LineAccount::text({counts[0], counts[1], counts[2]}, lines), text);
+    LineTotals totals;
+    totals.sent = counts[0];
+    totals.refused = counts[1];
+    totals.skippedFrames = counts[2];
+    QCOMPARE(LineAccount::text(totals, lines), text);
 }
 
 void LineAccountTest::looksForNothingWithoutWidgets()

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "backend/trackingbackend.h"
+#include "backend/linestream.h"
 #include "host/outputsubscriptions.h"
 #include "tests/host/fakerequester.h"
 
@@ -62,6 +62,7 @@ private slots:
     void deliversOnlyWhatIsSubscribed();
     void deliversOnceHoweverOftenSubscribed();
     void countsRefusedLines();
+    void countsWhatItReceives();
     void survivesARequesterThatThrows();
     void forgetsTheTagsOfARemovedRequester();
     void callsNoRemovedRequester();
@@ -116,6 +117,29 @@ void OutputSubscriptionsTest::countsRefusedLines()
     const OutputSubscriptions::Delivered delivered = subscriptions.deliver({"6d", "6d"});
     QCOMPARE(delivered.sent, 2U);
     QCOMPARE(delivered.refused, 1U);
+}
+
+void OutputSubscriptionsTest::countsWhatItReceives()
+{
+    OutputSubscriptions subscriptions;
+    FakeRequester taking;
+    FakeRequester refusing;
+    refusing.result = -1;
+    subscriptions.add(&taking);
+    subscriptions.add(&refusing);
+    subscriptions.receive({{"6d", "6d 0"}, {}, 0});
+    QCOMPARE(subscriptions.totals().sent, 1U); // nobody wants it
+    QCOMPARE(subscriptions.totals().ignored, 1U);
+    QVERIFY(subscriptions.subscribe("6d", &taking));
+    subscriptions.receive({{"6d", "6d 0"}, {}, 1});
+    QCOMPARE(subscriptions.totals().sent, 2U);
+    QVERIFY(subscriptions.subscribe("6d", &refusing));
+    for (quint64 i = 2; i < 12; ++i)
+        subscriptions.receive({{"6d", "6d 0"}, {}, i});
+    QCOMPARE(subscriptions.totals().sent, 22U); // each counts for both
+    QCOMPARE(subscriptions.totals().refused, 10U);
+    QCOMPARE(subscriptions.totals().ignored, 1U);
+    QCOMPARE(taking.lines.load(), 11);
 }
 
 void OutputSubscriptionsTest::survivesARequesterThatThrows()

@@ -1,12 +1,13 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "host/outputsubscriptions.h"
+#include "host/linesink.h"
 #include "host/outputthread.h"
-#include "tests/host/fakebackend.h"
-#include "tests/host/fakerequester.h"
+#include "tests/host/fakestream.h"
 
 #include <QTest>
 
+#include <atomic>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -15,163 +16,160 @@
 using namespace backend;
 using namespace host;
 
-using namespace std::chrono_literals;
-
-/// Notes the frames of the lines that it gets.
-class FrameRecorder : public FakeRequester {
+/// Notes the lines that it gets, and its name in a list that it shares with others.
+class NotingSink : public LineSink {
 public:
-    FrameRecorder()
+    explicit NotingSink(QString name = {}, QStringList *order = nullptr)
+        : name(std::move(name))
+        , order(order)
     {
-        onLine = [this](const QByteArray &tag, const QByteArray &line) {
-            const std::lock_guard lock(mutex);
-            seen.push_back(line.mid(tag.size() + 1).toLongLong());
-        };
     }
-    std::vector<qint64> frames() const
+
+    void receive(const ReceivedLine &line) override
+    {
+        if (onLine)
+            onLine();
+        const std::lock_guard lock(mutex);
+        seen.push_back(line);
+        if (order)
+            order->append(name + QString::fromLatin1(line.line.text));
+    }
+    std::vector<ReceivedLine> lines() const
     {
         const std::lock_guard lock(mutex);
         return seen;
     }
+    quint64 count() const { return lines().size(); }
+
+    std::function<void()> onLine; // on the data thread
 
 private:
-    mutable std::mutex mutex;
-    std::vector<qint64> seen;
+    const QString name;
+    QStringList *order = nullptr;
+    mutable std::mutex mutex; // guards the next
+    std::vector<ReceivedLine> seen;
 };
 
 class OutputThreadTest : public QObject {
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
-    void deliversEveryFrameOnce_data();
-    void deliversEveryFrameOnce();
-    void beginsWithTheFrameOfTheMoment();
-    void catchesUpWithWhatWasLateAndCountsTheRest();
-    void countsWhatItSends();
-    void sendsNothingAfterTheStop();
-    void changesTheBackendWhileItRuns();
-
-private:
-    std::unique_ptr<OutputSubscriptions> subscriptions;
-    std::unique_ptr<FrameRecorder> recorder;
-    std::shared_ptr<FakeBackend> backend;
+    void handsOutEachLineAsItWasReceived();
+    void handsEachLineToAllSinksInTheirOrder();
+    void handsOutNothingAfterTheStop();
+    void handsOutWhatItHasTakenBeforeItStops();
+    void stopsWhileItWaits();
+    void changesTheStreamWhileItRuns();
 };
 
-void OutputThreadTest::init()
+void OutputThreadTest::handsOutEachLineAsItWasReceived()
 {
-    subscriptions = std::make_unique<OutputSubscriptions>();
-    recorder = std::make_unique<FrameRecorder>();
-    subscriptions->add(recorder.get());
-    QVERIFY(subscriptions->subscribe("6d", recorder.get()));
-    backend = std::make_shared<FakeBackend>();
+    FakeStream stream;
+    NotingSink sink;
+    OutputThread output(sink);
+    output.start(stream);
+    for (quint64 i = 0; i < 1000; ++i)
+        stream.put({{"6d", QByteArray::number(i)}, std::chrono::nanoseconds(7 * i), 3 * i});
+    QTRY_COMPARE(sink.count(), 1000U);
+    const std::vector<ReceivedLine> lines = sink.lines();
+    for (quint64 i = 0; i < 1000; ++i) {
+        QCOMPARE(lines[i].line.tag, QByteArray("6d"));
+        QCOMPARE(lines[i].line.text, QByteArray::number(i));
+        QCOMPARE(lines[i].time, std::chrono::nanoseconds(7 * i));
+        QCOMPARE(lines[i].sequence, 3 * i);
+    }
+    QCOMPARE(output.received(), 1000U);
 }
 
-void OutputThreadTest::cleanup()
+void OutputThreadTest::handsEachLineToAllSinksInTheirOrder()
 {
-    recorder.reset();
-    subscriptions.reset();
-}
-
-void OutputThreadTest::deliversEveryFrameOnce_data()
-{
-    QTest::addColumn<double>("rate");
-    QTest::newRow("at 60 Hz") << 60.0;
-    QTest::newRow("at a rate without an even period") << 333.3;
-    QTest::newRow("at 1000 Hz") << 1000.0;
-}
-
-void OutputThreadTest::deliversEveryFrameOnce()
-{
-    QFETCH(double, rate);
-    backend->rate = rate;
-    OutputThread output(*subscriptions);
-    output.start(backend, OutputThread::Clock::now());
-    QTRY_VERIFY(recorder->frames().size() >= 30);
+    QStringList order;
+    NotingSink last(QStringLiteral("last"), &order);
+    NotingSink first(QStringLiteral("first"), &order);
+    NotingSink second(QStringLiteral("second"), &order);
+    FakeStream stream;
+    OutputThread output(last);
+    output.addSink(first);
+    output.addSink(second);
+    output.start(stream);
+    stream.put("6d", "1");
+    stream.put("3d", "2");
+    QTRY_COMPARE(last.count(), 2U);
     output.stop();
-    const std::vector<qint64> frames = recorder->frames();
-    for (std::size_t index = 1; index < frames.size(); ++index)
-        QCOMPARE(frames[index], frames[index - 1] + 1);
-    QCOMPARE(output.counts().skippedFrames, 0U);
+    QCOMPARE(order.join(QLatin1Char(' ')), QStringLiteral("first1 second1 last1 first2 second2 last2"));
+    QCOMPARE(output.received(), 2U);
 }
 
-void OutputThreadTest::beginsWithTheFrameOfTheMoment()
+void OutputThreadTest::handsOutNothingAfterTheStop()
 {
-    backend->rate = 10.0;
-    OutputThread output(*subscriptions);
-    output.start(backend, OutputThread::Clock::now() - 1h);
-    QTRY_VERIFY(!recorder->frames().empty());
-    output.stop();
-    QVERIFY(recorder->frames().front() >= 36000);
-    QVERIFY(recorder->frames().front() < 36600); // a minute for a machine that is very busy
-}
-
-void OutputThreadTest::catchesUpWithWhatWasLateAndCountsTheRest()
-{
-    backend->rate = 100.0;
-    std::atomic<bool> blocked{true};
-    recorder->onLine = [&, record = recorder->onLine](const QByteArray &tag, const QByteArray &line) {
-        record(tag, line);
-        while (blocked)
-            std::this_thread::yield();
-    };
-    OutputThread output(*subscriptions);
-    const auto begin = OutputThread::Clock::now();
-    output.start(backend, begin);
-    // The first line is held for 1.5 s, longer than the second for which frames are caught up.
-    QTRY_VERIFY(OutputThread::Clock::now() - begin > 1500ms);
-    blocked = false;
-    QTRY_VERIFY(recorder->frames().size() > 100);
-    output.stop();
-    const std::vector<qint64> frames = recorder->frames();
-    const quint64 skipped = output.counts().skippedFrames;
-    QVERIFY(skipped >= 30);
-    QCOMPARE(static_cast<quint64>(frames.back() - frames.front() + 1), skipped + frames.size());
-    QCOMPARE(static_cast<quint64>(frames[1] - frames[0] - 1), skipped); // the oldest are the ones left out
-}
-
-void OutputThreadTest::countsWhatItSends()
-{
-    FakeRequester refusing;
-    refusing.result = -1;
-    subscriptions->add(&refusing);
-    QVERIFY(subscriptions->subscribe("3d", &refusing));
-    OutputThread output(*subscriptions);
-    output.start(backend, OutputThread::Clock::now());
-    QTRY_VERIFY(refusing.lines > 10);
-    output.stop();
-    QCOMPARE(output.counts().refused, static_cast<quint64>(refusing.lines));
-    QCOMPARE(output.counts().sent, static_cast<quint64>(refusing.lines + recorder->lines));
-}
-
-void OutputThreadTest::sendsNothingAfterTheStop()
-{
-    OutputThread output(*subscriptions);
+    FakeStream stream;
+    NotingSink sink;
+    OutputThread output(sink);
     output.stop();
     for (int round = 0; round < 20; ++round) {
-        output.start(backend, OutputThread::Clock::now());
-        const int before = recorder->lines;
-        QTRY_VERIFY(recorder->lines > before);
+        output.start(stream);
+        const quint64 before = sink.count();
+        stream.put("6d", "6d 0");
+        QTRY_COMPARE(sink.count(), before + 1);
         output.stop();
-        const int after = recorder->lines;
-        QCOMPARE(static_cast<quint64>(after), output.counts().sent);
-        QCOMPARE(recorder->entered.load(), after);
+        stream.put("6d", "6d 0");
+        QCOMPARE(sink.count(), before + 1);
+        QCOMPARE(output.received(), before + 1);
+        stream.take({});
     }
 }
 
-void OutputThreadTest::changesTheBackendWhileItRuns()
+void OutputThreadTest::handsOutWhatItHasTakenBeforeItStops()
 {
-    auto other = std::make_shared<FakeBackend>();
-    const auto now = OutputThread::Clock::now();
-    OutputThread output(*subscriptions);
-    output.start(backend, now);
-    QTRY_VERIFY(recorder->lines > 0);
-    output.start(other, now - 10h);
-    const std::weak_ptr<FakeBackend> watched = backend;
-    backend.reset();
-    QVERIFY(watched.expired()); // the thread has let go of it
-    QTRY_VERIFY(recorder->frames().back() > 1000000);
+    FakeStream stream;
+    NotingSink sink;
+    std::atomic<bool> isBlocked{true};
+    std::atomic<bool> isReached{false};
+    sink.onLine = [&] {
+        isReached = true;
+        while (isBlocked)
+            std::this_thread::yield();
+    };
+    for (int i = 0; i < 100; ++i)
+        stream.put("6d", "6d 0"); // all in one take
+    OutputThread output(sink);
+    output.start(stream);
+    QTRY_VERIFY(isReached);
+    std::thread release([&isBlocked] { isBlocked = false; });
+    output.stop();
+    release.join();
+    QCOMPARE(sink.count(), 100U);
+    QCOMPARE(output.received(), 100U);
+}
+
+void OutputThreadTest::stopsWhileItWaits()
+{
+    FakeStream stream;
+    NotingSink sink;
+    OutputThread output(sink);
+    const auto begin = LineStream::Clock::now();
+    for (int round = 0; round < 50; ++round) {
+        output.start(stream);
+        output.stop();
+    }
+    QVERIFY(LineStream::Clock::now() - begin < std::chrono::seconds(30)); // each wait may last for ten
+    QCOMPARE(sink.count(), 0U);
+}
+
+void OutputThreadTest::changesTheStreamWhileItRuns()
+{
+    NotingSink sink;
+    FakeStream second;
+    auto first = std::make_unique<FakeStream>();
+    OutputThread output(sink);
+    output.start(*first);
+    first->put("6d", "first");
+    QTRY_COMPARE(sink.count(), 1U);
+    output.start(second);
+    first.reset(); // the thread has let go of it
+    second.put("6d", "second");
+    QTRY_COMPARE(sink.count(), 2U);
+    QCOMPARE(sink.lines().back().line.text, QByteArray("second"));
 }
 
 QTEST_GUILESS_MAIN(OutputThreadTest)
