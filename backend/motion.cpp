@@ -32,7 +32,7 @@ Pose poseAt(const Motion &motion, double seconds)
 {
     switch (motion.kind) {
     case Motion::Kind::Recorded:
-        return motion.recording->poseAt(seconds);
+        return motion.recording->poseAt(seconds + motion.ahead);
     case Motion::Kind::Orbit:
         return {placeOnOrbit(motion, seconds), rotationOfAngles(anglesAt(motion, seconds))};
     case Motion::Kind::Fixed:

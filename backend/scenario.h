@@ -41,6 +41,7 @@ struct Motion {
     double swing = 0.0; ///< [mm] up and down, twice per orbit
     Vector3 turn{}; ///< [deg/s]
     std::shared_ptr<const Trajectory> recording; ///< not null for Kind::Recorded
+    double ahead = 0.0; ///< [s] that the recording is ahead of the clock
 };
 
 struct FilterSettings {

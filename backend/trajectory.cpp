@@ -3,81 +3,38 @@
 #include "backend/trajectory.h"
 
 #include "backend/plainfile.h"
+#include "backend/readingprogress.h"
 #include "backend/texts.h"
+#include "backend/trajectoryline.h"
 
 #include <QFile>
 #include <QStringList>
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <utility>
 
 namespace backend {
 
 namespace {
 
-constexpr int fieldCount = 8;
 constexpr int longestLine = 4096; // [bytes]
+constexpr double usualDeviation = 0.2; // of the median step
 constexpr int reportedLines = 100;
-constexpr double farthestPosition = 1.0e6; // [m]
-constexpr double latest = 1.0e18; // [s] from 0, so that differences of times stay finite
-constexpr double millimetresPerMetre = 1000.0;
 
-/// What a line holds: a time [s] and a pose, or a reason why not, or neither for a comment.
-struct Line {
-    bool usable = false;
-    double time = 0.0;
-    Pose pose;
-    QString reason;
-};
-
-Line refused(const QString &reason)
+bool isCancelled(const ReadingProgress *progress)
 {
-    Line line;
-    line.reason = reason;
-    return line;
-}
-
-Line parseLine(const QByteArray &text)
-{
-    const QByteArray plain = text.simplified();
-    if (plain.isEmpty() || plain.startsWith('#'))
-        return {};
-    const QList<QByteArray> fields = plain.split(' ');
-    if (fields.size() < fieldCount)
-        return refused(Backend::tr("%1 instead of 8 fields").arg(fields.size()));
-
-    std::array<double, fieldCount> numbers{};
-    for (int i = 0; i < fieldCount; ++i) {
-        bool ok = false;
-        const double number = fields[i].toDouble(&ok);
-        if (!ok || !std::isfinite(number))
-            return refused(Backend::tr("\"%1\" is not a number").arg(QString::fromUtf8(fields[i].left(40))));
-        numbers[static_cast<std::size_t>(i)] = number;
-    }
-    const auto [time, x, y, z, qx, qy, qz, qw] = numbers;
-    if (std::max({std::abs(x), std::abs(y), std::abs(z)}) > farthestPosition)
-        return refused(Backend::tr("the place is more than 1000 km away"));
-    if (std::abs(time) > latest)
-        return refused(Backend::tr("the time is out of range"));
-    const double length = std::hypot(std::hypot(qx, qy), std::hypot(qz, qw));
-    if (!std::isnormal(length)) // denormal numbers are too coarse to be divided to length 1
-        return refused(Backend::tr("the quaternion has no direction"));
-
-    Line line;
-    line.usable = true;
-    line.time = time;
-    line.pose.position = {x * millimetresPerMetre, y * millimetresPerMetre, z * millimetresPerMetre};
-    line.pose.rotation = rotationOfQuaternion({qx / length, qy / length, qz / length, qw / length});
-    return line;
+    return progress && progress->cancelled;
 }
 
 /// The next line of \a file, without the part beyond the longest line. Returns whether the line was whole.
-bool readLine(QFile &file, QByteArray &text)
+bool readLine(QFile &file, QByteArray &text, const ReadingProgress *progress)
 {
     text = file.readLine(longestLine);
     bool whole = true;
     QByteArray rest = text;
-    while (!rest.endsWith('\n') && !file.atEnd()) {
+    while (!rest.endsWith('\n') && !file.atEnd() && !isCancelled(progress)) {
         whole = false;
         rest = file.readLine(longestLine);
         if (rest.isEmpty())
@@ -98,7 +55,14 @@ Trajectory::Trajectory(QVector<Sample> samples)
         return;
     auto *const middle = steps.begin() + steps.size() / 2;
     std::nth_element(steps.begin(), middle, steps.end());
-    loop = all.last().time + *middle;
+    const double median = *middle;
+    loop = all.last().time + median;
+    // A file that writes few decimals rounds its times, and the median is one of two steps that both are a bit off:
+    // the mean of the steps like it is exact. Gaps are none of them.
+    const auto *const usual = std::partition(steps.begin(), steps.end(), [median](double step) {
+        return std::abs(step - median) <= usualDeviation * median;
+    });
+    samplesPerSecond = static_cast<double>(usual - steps.begin()) / std::accumulate(steps.cbegin(), usual, 0.0);
 }
 
 const Pose &Trajectory::poseAt(double seconds) const
@@ -121,7 +85,66 @@ QStringList TrajectoryResult::warnings(const QString &fileName) const
     return texts;
 }
 
-TrajectoryResult loadTrajectory(const QString &fileName)
+namespace {
+
+/// Collects the usable lines of a file.
+class TrajectoryReader {
+public:
+    explicit TrajectoryReader(TrajectoryResult &result)
+        : result(result)
+    {
+    }
+
+    void add(const QByteArray &text, bool isWhole)
+    {
+        ++number;
+        TrajectoryLine line;
+        if (isWhole)
+            line = parseTrajectoryLine(text, &layout);
+        else
+            line.reason = Backend::tr("it is too long");
+        if (line.usable && samples.isEmpty())
+            start = line.time;
+        if (line.usable && !samples.isEmpty() && !(line.time.since(start) > samples.last().time)) {
+            line.usable = false;
+            line.reason = Backend::tr("its time is not later than that of the line before");
+        }
+        if (line.usable)
+            samples.append({line.time.since(start), line.pose});
+        if (line.reason.isEmpty())
+            return;
+        ++result.skippedCount;
+        if (result.skipped.size() < reportedLines)
+            result.skipped.append({number, line.reason});
+    }
+
+    void finish(const QString &fileName)
+    {
+        if (!samples.isEmpty()) {
+            result.trajectory = std::make_shared<const Trajectory>(std::move(samples));
+            return;
+        }
+        result.error = Backend::tr("%1 holds no usable line of a trajectory.").arg(fileName) + QLatin1Char(' ');
+        if (!result.skipped.isEmpty()) {
+            const SkippedLine &first = result.skipped.first();
+            result.error += Backend::tr("Line %1: %2.").arg(first.number).arg(first.reason) + QLatin1Char(' ');
+        }
+        result.error += wantedColumns();
+    }
+
+    bool hasSample() const { return !samples.isEmpty(); }
+
+private:
+    TrajectoryResult &result;
+    TrajectoryLayout layout = TrajectoryLayout::Unknown;
+    int number = 0; // of the last line
+    FileTime start;
+    QVector<Trajectory::Sample> samples;
+};
+
+} // namespace
+
+TrajectoryResult loadTrajectory(const QString &fileName, ReadingProgress *progress, ReadTrajectory part)
 {
     TrajectoryResult result;
     if (isPipeOrDevice(fileName)) {
@@ -134,32 +157,26 @@ TrajectoryResult loadTrajectory(const QString &fileName)
         return result;
     }
 
-    QVector<Trajectory::Sample> samples;
-    double start = 0.0;
+    TrajectoryReader reader(result);
+    const qint64 readBefore = progress ? progress->read.load() : 0;
     QByteArray text;
-    for (int number = 1; !file.atEnd(); ++number) {
-        const bool whole = readLine(file, text);
-        if (number == 1 && text.startsWith("\xEF\xBB\xBF"))
+    while (!file.atEnd() && !(part == ReadTrajectory::FirstSample && reader.hasSample())) {
+        const bool isFirst = file.pos() == 0;
+        const bool isWhole = readLine(file, text, progress);
+        if (isCancelled(progress)) {
+            result.error = Backend::tr("The reading of %1 was cancelled.").arg(fileName);
+            return result;
+        }
+        if (isFirst && text.startsWith("\xEF\xBB\xBF"))
             text.remove(0, 3);
-        Line line = whole ? parseLine(text) : refused(Backend::tr("it is too long"));
-        if (line.usable && samples.isEmpty())
-            start = line.time;
-        if (line.usable && !samples.isEmpty() && !(line.time - start > samples.last().time))
-            line = refused(Backend::tr("its time is not later than that of the line before"));
-        if (line.usable)
-            samples.append({line.time - start, line.pose});
-        if (line.reason.isEmpty())
-            continue;
-        ++result.skippedCount;
-        if (result.skipped.size() < reportedLines)
-            result.skipped.append({number, line.reason});
+        reader.add(text, isWhole);
+        if (progress)
+            progress->read = readBefore + file.pos();
     }
     if (file.error() != QFileDevice::NoError)
         result.error = Backend::tr("%1 cannot be read: %2.").arg(fileName, file.errorString());
-    else if (samples.isEmpty())
-        result.error = Backend::tr("%1 holds no usable line of a trajectory.").arg(fileName);
     else
-        result.trajectory = std::make_shared<const Trajectory>(std::move(samples));
+        reader.finish(fileName);
     return result;
 }
 

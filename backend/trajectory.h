@@ -11,6 +11,8 @@
 
 namespace backend {
 
+struct ReadingProgress;
+
 /// A recorded motion of one body. Sampled by time; it is repeated from the start when it is over.
 class Trajectory {
 public:
@@ -25,6 +27,8 @@ public:
     const QVector<Sample> &samples() const { return all; }
     /// [s] from the first sample to its repetition: the recording and one more median step. 0 for a single sample.
     double duration() const { return loop; }
+    /// Samples a second while it was recorded, by the median distance of their times; 0 for a single sample.
+    double rate() const { return samplesPerSecond; }
     /// The last sample recorded at or before \a seconds since the start of the recording; nothing is interpolated,
     /// so that what is shown is what was measured.
     const Pose &poseAt(double seconds) const;
@@ -32,6 +36,7 @@ public:
 private:
     QVector<Sample> all;
     double loop = 0.0;
+    double samplesPerSecond = 0.0;
 };
 
 /// A line of a trajectory file that could not be used.
@@ -51,10 +56,17 @@ struct TrajectoryResult {
     QStringList warnings(const QString &fileName) const;
 };
 
-/// Reads lines "timestamp tx ty tz qx qy qz qw" [s, m, quaternion] with numbers in the C locale. Empty lines and lines
-/// that start with '#' are comments, more fields than eight are ignored. A line with too few fields, something that is
-/// no finite number, a place more than 1000 km away, a time that does not increase or a quaternion of length 0 is
-/// skipped and reported. Quaternions are normalised; a denormal length counts as 0.
-TrajectoryResult loadTrajectory(const QString &fileName);
+enum class ReadTrajectory { All, FirstSample };
+
+/// Reads lines "timestamp tx ty tz qx qy qz qw" [s, m, quaternion] with blanks between the fields, or, if the first
+/// line that can be used is one, lines "timestamp,px,py,pz,qw,qx,qy,qz" [ns, m, quaternion], with numbers in the C
+/// locale. Empty lines and lines that start with '#' are comments, more fields than eight are ignored. A line with too
+/// few fields, something that is no finite number, a place more than 1000 km away, a time that does not increase or a
+/// quaternion of length 0 is skipped and reported. Quaternions are normalised; a denormal length counts as 0.
+///
+/// Adds what it has read to \a progress, if there is one, and gives up when that is cancelled. With FirstSample it
+/// stops at the first usable line.
+TrajectoryResult loadTrajectory(const QString &fileName, ReadingProgress *progress = nullptr,
+                                ReadTrajectory part = ReadTrajectory::All);
 
 } // namespace backend

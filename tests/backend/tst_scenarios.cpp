@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "backend/frame.h"
+#include "backend/motion.h"
 #include "backend/replay.h"
 #include "backend/scenarios.h"
 #include "backend/simulatedbackend.h"
@@ -27,6 +28,9 @@ private slots:
     void theDefaultHasSomethingOfEverything();
     void loadsFiles();
     void replaysFiles();
+    void replaysAtTheRateOfTheRecording_data();
+    void replaysAtTheRateOfTheRecording();
+    void showsNothingOfAReplayToBe();
     void replayErrors();
 
 private:
@@ -214,6 +218,63 @@ void TestScenarios::replaysFiles()
     QCOMPARE(placeAt(1100ms, 1), 1.0); // anew
 }
 
+void TestScenarios::replaysAtTheRateOfTheRecording_data()
+{
+    QTest::addColumn<double>("recorded"); // samples a second
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<double>("rate");
+    QTest::newRow("300 a second") << 300.0 << 4 << 300.0;
+    QTest::newRow("as many as the times in the file are fine enough for") << 5000.0 << 6 << 5000.0;
+    QTest::newRow("one in 20 s") << 0.05 << 4 << 0.1;
+    QTest::newRow("too many") << 20000.0 << 6 << 5000.0;
+}
+
+void TestScenarios::replaysAtTheRateOfTheRecording()
+{
+    QFETCH(double, recorded);
+    QFETCH(int, decimals);
+    QFETCH(double, rate);
+    const QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    const int samples = 600;
+    QByteArray text;
+    for (int i = 0; i < samples; ++i)
+        text +=
+            QByteArray::number(100.0 + i / recorded, 'f', decimals) + ' ' + QByteArray::number(i) + " 0 0 0 0 0 1\n";
+    const ScenarioResult result = replayScenario({write(folder, "recording.txt", text)});
+    QVERIFY2(result.scenario, qPrintable(result.error));
+    QVERIFY2(std::abs(result.scenario->rate / rate - 1.0) < 1.0e-3, qPrintable(QString::number(result.scenario->rate)));
+    QCOMPARE(result.warnings.isEmpty(), recorded <= 5000.0); // else some are left out
+    if (recorded != rate)
+        return;
+    int shownOnce = 0;
+    for (int frame = 0; frame < samples; ++frame) {
+        const double seconds = frame / result.scenario->rate;
+        const double x = poseAt(result.scenario->bodies.first().motion, seconds).position[0];
+        shownOnce += qRound(x / 1000.0) == frame ? 1 : 0;
+    }
+    QCOMPARE(shownOnce, samples);
+}
+
+void TestScenarios::showsNothingOfAReplayToBe()
+{
+    const QTemporaryDir folder;
+    QVERIFY(folder.isValid());
+    const QString good = write(folder, "good.txt", "x\n5 1 2 3 0 0 0 1\n");
+    const ScenarioResult result = replayScenarioToBe({good, good});
+    QVERIFY2(result.scenario, qPrintable(result.error));
+    QVERIFY(result.warnings.isEmpty());
+    SimulatedBackend backend(*result.scenario);
+    QCOMPARE(backend.name(), QStringLiteral("replay: good.txt, good.txt"));
+    QCOMPARE(backend.request("standard number_of_bodies").value_or("(failure)"), QByteArray("2"));
+    for (const QByteArray tag : {"6d", "6di", "3d"}) {
+        QCOMPARE(backend.request("output available " + tag).value_or("(failure)"), QByteArray("no"));
+        QVERIFY(!backend.command("output active chmon " + tag + " yes"));
+    }
+    const QString empty = write(folder, "empty.txt", "x\n");
+    QVERIFY(replayScenarioToBe({good, empty}).error.startsWith(empty));
+}
+
 void TestScenarios::replayErrors()
 {
     const QTemporaryDir folder;
@@ -222,7 +283,8 @@ void TestScenarios::replayErrors()
     const QString empty = write(folder, "empty.txt", "# nothing\n");
     QVERIFY(replayScenario({good}).scenario);
     QVERIFY(!replayScenario({good, empty}).scenario);
-    QCOMPARE(replayScenario({good, empty}).error, empty + QStringLiteral(" holds no usable line of a trajectory."));
+    QVERIFY(replayScenario({good, empty})
+                .error.startsWith(empty + QStringLiteral(" holds no usable line of a trajectory.")));
     QCOMPARE(replayScenario({}).error, QStringLiteral("There is no file to replay."));
 }
 

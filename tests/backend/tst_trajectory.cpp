@@ -1,5 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "backend/readingprogress.h"
 #include "backend/scenarios.h"
 #include "backend/trajectory.h"
 #include "tests/backend/recordedfile.h"
@@ -26,6 +27,11 @@ private slots:
     void errors_data();
     void errors();
     void longLines();
+    void knowsTheRateOfTheRecording_data();
+    void knowsTheRateOfTheRecording();
+    void readsAsFarAsTheFirstSample();
+    void saysHowFarItIs();
+    void givesUpWhenCancelled();
 
 private:
     QString write(const QByteArray &text) const;
@@ -189,20 +195,31 @@ void TestTrajectory::reportsAHundredLines()
 void TestTrajectory::errors_data()
 {
     QTest::addColumn<QByteArray>("text");
-    QTest::newRow("an empty file") << QByteArray();
-    QTest::newRow("comments only") << QByteArray("# a\n# b\n");
-    QTest::newRow("no usable line") << QByteArray("1 2 3\nx\n");
-    QTest::newRow("bytes") << QByteArray(100000, '\xff');
-    QTest::newRow("zeros") << QByteArray(100000, '\0');
+    QTest::addColumn<QString>("reason");
+    const auto row = [](const char *name, const QByteArray &text, const char *reason) {
+        QTest::newRow(name) << text << QString::fromUtf8(reason);
+    };
+    row("an empty file", "", "");
+    row("comments only", "# a\n# b\n", "");
+    row("the first line's reason", "# a\n1 2 3\nx\n", "Line 2: 3 instead of 8 fields. ");
+    row("a word", "1 2 3 four 5 6 7 8\n", "Line 1: \"four\" is not a number. ");
+    row("commas", "1,2,3\n", "Line 1: 3 instead of 8 fields. ");
+    row("seconds with commas", "1.5,1,2,3,1,0,0,0\n", "Line 1: \"1.5\" is not a whole number of nanoseconds. ");
+    row("bytes", QByteArray(100000, '\xff'), "Line 1: it is too long. ");
+    row("zeros", QByteArray(100000, '\0'), "Line 1: it is too long. ");
 }
 
 void TestTrajectory::errors()
 {
     QFETCH(QByteArray, text);
+    QFETCH(QString, reason);
     const QString fileName = write(text);
     const TrajectoryResult result = loadTrajectory(fileName);
     QVERIFY(!result.trajectory);
-    QCOMPARE(result.error, fileName + QStringLiteral(" holds no usable line of a trajectory."));
+    QCOMPARE(result.error,
+             fileName + QStringLiteral(" holds no usable line of a trajectory. ") + reason
+                 + QStringLiteral("Columns wanted: timestamp tx ty tz qx qy qz qw [s, m, quaternion] with blanks "
+                                  "between them, or timestamp,px,py,pz,qw,qx,qy,qz [ns, m, quaternion]."));
 
     const QString missing = folder->filePath(QStringLiteral("missing.txt"));
     QVERIFY(loadTrajectory(missing).error.startsWith(missing + QStringLiteral(" cannot be read: ")));
@@ -217,6 +234,75 @@ void TestTrajectory::longLines()
     QCOMPARE(result.trajectory->samples().size(), 2);
     QCOMPARE(result.skipped.first().number, 2);
     QCOMPARE(result.skipped.first().reason, QStringLiteral("it is too long"));
+}
+
+void TestTrajectory::knowsTheRateOfTheRecording_data()
+{
+    QTest::addColumn<QVector<double>>("times"); // [s]
+    QTest::addColumn<int>("decimals");
+    QTest::addColumn<double>("rate");
+    QTest::addColumn<double>("tolerance");
+    const auto regular = [](int count, double rate) {
+        QVector<double> times;
+        for (int i = 0; i < count; ++i)
+            times.append(1.0e6 + i / rate);
+        return times;
+    };
+    QTest::newRow("a single sample has none") << regular(1, 1.0) << 4 << 0.0 << 0.0;
+    QTest::newRow("two samples") << QVector<double>{1.0, 1.5} << 4 << 2.0 << 1.0e-9;
+    QTest::newRow("300 a second in steps of 0.0033 and 0.0034") << regular(3000, 300.0) << 4 << 300.0 << 0.05;
+    QTest::newRow("1 a second") << regular(20, 1.0) << 4 << 1.0 << 1.0e-6;
+    QTest::newRow("5000 a second") << regular(20000, 5000.0) << 6 << 5000.0 << 0.1;
+    QVector<double> withGaps;
+    for (int i = 0; i < 1000; ++i)
+        withGaps.append(i / 100.0 + i / 50 * 3.0);
+    QTest::newRow("gaps do not count") << withGaps << 4 << 100.0 << 1.0e-3;
+}
+
+void TestTrajectory::knowsTheRateOfTheRecording()
+{
+    QFETCH(QVector<double>, times);
+    QFETCH(int, decimals);
+    QFETCH(double, rate);
+    QFETCH(double, tolerance);
+    QByteArray text;
+    for (const double time : times)
+        text += line(QByteArray::number(time, 'f', decimals).constData());
+    const TrajectoryResult result = loadTrajectory(write(text));
+    QVERIFY2(result.trajectory, qPrintable(result.error));
+    QVERIFY2(std::abs(result.trajectory->rate() - rate) <= tolerance,
+             qPrintable(QString::number(result.trajectory->rate(), 'f', 6)));
+}
+
+void TestTrajectory::readsAsFarAsTheFirstSample()
+{
+    const QString file = write("# a\nx\n" + line("1", "4") + "y\n" + line("2", "5"));
+    const TrajectoryResult result = loadTrajectory(file, nullptr, ReadTrajectory::FirstSample);
+    QVERIFY2(result.trajectory, qPrintable(result.error));
+    QCOMPARE(result.trajectory->samples().size(), 1);
+    QCOMPARE(result.trajectory->samples().first().pose.position[0], 4000.0);
+    QCOMPARE(result.skippedCount, 1);
+}
+
+void TestTrajectory::saysHowFarItIs()
+{
+    const QByteArray text = line("1") + line("2") + "x\n" + QByteArray(20000, ' ') + '\n' + line("3");
+    const QString file = write(text);
+    ReadingProgress progress;
+    QVERIFY(loadTrajectory(file, &progress).trajectory);
+    QCOMPARE(progress.read.load(), qint64(text.size()));
+    QVERIFY(loadTrajectory(file, &progress).trajectory);
+    QCOMPARE(progress.read.load(), 2 * qint64(text.size())); // of both files together
+}
+
+void TestTrajectory::givesUpWhenCancelled()
+{
+    const QString file = write(line("1") + line("2"));
+    ReadingProgress progress;
+    progress.cancelled = true;
+    const TrajectoryResult result = loadTrajectory(file, &progress);
+    QVERIFY(!result.trajectory);
+    QCOMPARE(result.error, QStringLiteral("The reading of %1 was cancelled.").arg(file));
 }
 
 QTEST_GUILESS_MAIN(TestTrajectory)

@@ -15,14 +15,18 @@ using namespace backend;
 namespace {
 
 const QString folder = QStringLiteral("recordings");
-const char *const noUsableLine = " holds no usable line of a trajectory.";
+const char *const noUsableLine = " holds no usable line of a trajectory. ";
+const char *const wantedColumns =
+    "Columns wanted: timestamp tx ty tz qx qy qz qw [s, m, quaternion] with blanks between "
+    "them, or timestamp,px,py,pz,qw,qx,qy,qz [ns, m, quaternion].";
 
 struct Row {
     const char *name;
     const char *file;
     int samples; ///< 0: refused, with \a message behind the file's name
     int skipped;
-    const char *message; ///< on the first skipped line, if there is one
+    const char *message; ///< on the first skipped line, if there is one; nullptr: see \a reason
+    const char *reason = nullptr; ///< why no line is usable
 };
 
 const std::initializer_list<Row> rows{
@@ -37,7 +41,8 @@ const std::initializer_list<Row> rows{
     {"line ends of Windows are line ends", "windows-line-ends.txt", 2, 0, ""},
     {"carriage returns alone are blanks", "old-mac-line-ends.txt", 1, 0, ""},
     {"a byte order mark is passed over", "byte-order-mark.txt", 2, 0, ""},
-    {"16-bit characters are no recording", "byte-order-mark-of-utf-16.txt", 0, 3, noUsableLine},
+    {"16-bit characters are no recording", "byte-order-mark-of-utf-16.txt", 0, 3, nullptr,
+     "Line 1: \"\uFFFD\uFFFD1\" is not a number. "},
     {"a quaternion of zeros has no direction", "zero-quaternion.txt", 2, 1,
      "line 2 is skipped: the quaternion has no direction."},
     {"a quaternion of a few denormal steps has no direction", "quaternion-too-small-for-a-direction.txt", 2, 1,
@@ -46,11 +51,12 @@ const std::initializer_list<Row> rows{
     {"decimal commas are no numbers", "decimal-commas.txt", 1, 2, "line 2 is skipped: \"1,5\" is not a number."},
     {"a recording that is being written has its whole lines", "growing.txt", 2, 1,
      "line 3 is skipped: 4 instead of 8 fields."},
-    {"an empty file is no recording", "empty.txt", 0, 0, noUsableLine},
-    {"zero bytes are no recording", "zero-bytes.txt", 0, 1, noUsableLine},
+    {"an empty file is no recording", "empty.txt", 0, 0, nullptr, ""},
+    {"zero bytes are no recording", "zero-bytes.txt", 0, 1, nullptr, "Line 1: it is too long. "},
     {"a pipe is not waited for", "pipe.place", 0, 0, " cannot be read: it is a pipe or a device."},
     {"a device without an end is not read", "device.place", 0, 0, " cannot be read: it is a pipe or a device."},
-    {"a line of five megabytes is skipped", "line-of-five-megabytes.txt.recipe", 0, 1, noUsableLine},
+    {"a line of five megabytes is skipped", "line-of-five-megabytes.txt.recipe", 0, 1, nullptr,
+     "Line 1: it is too long. "},
 };
 
 } // namespace
@@ -101,8 +107,9 @@ void TestHostileRecordings::recordings_data()
     QTest::addColumn<int>("skipped");
     QTest::addColumn<QString>("message");
     for (const Row &row : rows) {
-        QTest::newRow(row.name) << QString::fromLatin1(row.file) << row.samples << row.skipped
-                                << QString::fromLatin1(row.message);
+        const QString none = QLatin1String(noUsableLine) + QString::fromUtf8(row.reason) + QLatin1String(wantedColumns);
+        const QString message = row.message ? QString::fromUtf8(row.message) : none;
+        QTest::newRow(row.name) << QString::fromLatin1(row.file) << row.samples << row.skipped << message;
     }
 }
 
