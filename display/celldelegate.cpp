@@ -54,6 +54,21 @@ void fillBackground(QPainter &painter, const QRect &cell, const QVariant &backgr
         painter.fillRect(cell, colour);
 }
 
+/// Whether the cell's colour says something, rather than being the table's.
+bool hasOwnColour(const QModelIndex &index)
+{
+    return qvariant_cast<QBrush>(index.data(Qt::BackgroundRole)).style() != Qt::NoBrush;
+}
+
+/// A line around the cell in the colour of its text: the style's frame for the focus is filled, and hardly to be seen
+/// without that.
+void paintFocusFrame(QPainter &painter, const QStyleOptionViewItem &cell, const QModelIndex &index)
+{
+    const QRegion frame = QRegion(cell.rect) - cell.rect.adjusted(1, 1, -1, -1);
+    for (const QRect &side : frame)
+        painter.fillRect(side, textColour(cell, index.data(Qt::ForegroundRole)));
+}
+
 /// The characters that metricsOf() measures. Others may carry accents upon accents, or be of another font or direction.
 constexpr char16_t latin1Ranges[][2] = {{u' ', u'~'}, {0xA1, 0xAC}, {0xAE, 0xFF}};
 
@@ -123,6 +138,14 @@ CellDelegate::CellDelegate(QTableWidget *table)
 
 void CellDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
+    const bool showsColour = !(option.state & QStyle::State_Selected) && hasOwnColour(index);
+    if ((option.state & QStyle::State_HasFocus) && option.widget && showsColour) {
+        QStyleOptionViewItem withoutFocus = option;
+        withoutFocus.state &= ~QStyle::State_HasFocus;
+        paint(painter, withoutFocus, index);
+        paintFocusFrame(*painter, option, index);
+        return;
+    }
     const QTableWidgetItem *const item = table.item(index.row(), index.column());
     const bool isFast = isDefaultCell(option) && styleIsKnown();
     const bool done = isFast && (!item || paintFast(*painter, option, *item)); // no item: there is nothing to paint

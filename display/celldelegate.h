@@ -14,7 +14,8 @@ class QTableWidget;
 class QTableWidgetItem;
 
 /// Paints the cells of a table, most of which change five times a second, directly, bypassing QStyle: a brush, and one
-/// line of text laid out once. The pixels are those of the base class.
+/// line of text laid out once. The pixels are those of the base class, but for a focused cell with a colour of its own:
+/// a line around it stands for the focus, which the style would paint over that colour.
 /// Not supported, and left to the base class: selected, focused or disabled cells, editors, icons, check boxes, rich
 /// text, several lines, texts to be shortened, characters beyond Latin-1, right-to-left layout, fonts, patterns and
 /// gradients of single cells, style sheets for cells, and styles other than Fusion and Windows.

@@ -53,6 +53,7 @@ MarkerTable::MarkerTable(QTableWidget &tableWidget)
     header->setSectionResizeMode(MarkerZColumn, QHeaderView::Stretch);
     table.verticalHeader()->setDefaultSectionSize(rowHeight);
     table.verticalHeader()->hide();
+    table.setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn); // else the columns jump when markers come and go
 
     table.setRowCount(1); // a template that gives the columns their widths
     table.setItem(0, MarkerIdColumn, new QTableWidgetItem(QStringLiteral("0")));
