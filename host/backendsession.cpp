@@ -43,7 +43,7 @@ BackendSession::~BackendSession() = default;
 void BackendSession::open(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
     disconnectBackend();
-    backend = std::move(newBackend);
+    backend = wrap ? wrap(std::move(newBackend)) : std::move(newBackend);
     epoch = backend::LineStream::Clock::now();
     openChannel();
 }

@@ -11,7 +11,9 @@
 #include <QObject>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 namespace backend {
 class TrackingBackend;
@@ -32,6 +34,10 @@ public:
     BackendSession(HostIOManager &ioManager, BackendVersions &versions, HostLog &log);
     ~BackendSession() override;
 
+    using Wrap = std::function<std::shared_ptr<backend::TrackingBackend>(std::shared_ptr<backend::TrackingBackend>)>;
+
+    /// Lets \a wrapping put something around each backend that is opened from now on.
+    void setWrap(Wrap wrapping) { wrap = std::move(wrapping); }
     /// Takes \a newBackend in place of the one before: clears the data, fills in the versions, opens the command
     /// channel. Lines flow after start() only, so that modules can be loaded in between.
     void open(std::shared_ptr<backend::TrackingBackend> newBackend);
@@ -72,6 +78,7 @@ private:
     HostIOManager &ioManager;
     BackendVersions &versions;
     HostLog &log;
+    Wrap wrap;
     std::shared_ptr<backend::TrackingBackend> backend;
     backend::LineStream::Clock::time_point epoch; // the start of the backend's clock
     bool connected = false;

@@ -3,11 +3,16 @@
 #include "host/host.h"
 
 #include "host/backendmenu.h"
+#include "host/journaldock.h"
 #include "host/lineaccount.h"
+#include "host/slowquestions.h"
 #include "host/standarderror.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QMenu>
 #include <QPixmap>
+#include <QStatusBar>
 #include <QTimer>
 
 #include <cstdio>
@@ -18,6 +23,7 @@ namespace host {
 namespace {
 
 constexpr int failedWhileRunning = 1;
+constexpr int toldFor = 10000; // in the status bar [ms]
 
 BackendVersions ownVersions()
 {
@@ -43,6 +49,7 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
            const QStringList &moduleFolders, std::unique_ptr<LogFile> logFile)
     : options(options)
     , logOutput(hostLog, std::move(logFile))
+    , watch(hostLog)
     , versions(ownVersions())
     , ioManager(hostLog)
     , session(ioManager, versions, hostLog)
@@ -50,6 +57,8 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
     , modules(hostLog)
 {
     mainWindow.backendMenu()->showChoice(options.choice);
+    addTools();
+    session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
     modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
     hasModules = modules.count() > 0;
@@ -94,6 +103,34 @@ QString Host::shutDown()
     modules.unload();
     hostLog.flush();
     return summary;
+}
+
+void Host::addTools()
+{
+    auto *journal = new JournalDock(watch, session, options.observer, &mainWindow);
+    mainWindow.addDockWidget(Qt::BottomDockWidgetArea, journal);
+    journal->hide();
+    mainWindow.addViewAction(journal->toggleViewAction());
+    // The panel shows whether a filter is enabled, and reads it with the configuration alone.
+    QObject::connect(journal, &JournalDock::putBack, &mainWindow, [this](const QString &setting) {
+        if (setting == QLatin1String("enabled"))
+            ioManager.announceConfiguration();
+    });
+
+    auto *slow = new SlowQuestions(watch.times(), &mainWindow);
+    auto *action = new QAction(tr("&Slow Questions"), &mainWindow);
+    action->setObjectName(QStringLiteral("slowQuestionsAction"));
+    action->setStatusTip(tr("Show the questions that took the backend long"));
+    QObject::connect(action, &QAction::triggered, slow, [slow] {
+        slow->show();
+        slow->raise();
+        slow->activateWindow();
+    });
+    mainWindow.helpMenu()->insertAction(mainWindow.helpMenu()->actions().constLast(), action);
+    // Queued: what is said while the window stands still would be over before it can be read.
+    QObject::connect(
+        &watch, &BackendWatch::stoodStill, mainWindow.statusBar(),
+        [bar = mainWindow.statusBar()](const QString &text) { bar->showMessage(text, toldFor); }, Qt::QueuedConnection);
 }
 
 void Host::scheduleEnd()

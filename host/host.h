@@ -3,6 +3,7 @@
 #pragma once
 
 #include "host/backendsession.h"
+#include "host/backendwatch.h"
 #include "host/hostiomanager.h"
 #include "host/hostlog.h"
 #include "host/logoutput.h"
@@ -43,6 +44,7 @@ public:
 private:
     Q_DISABLE_COPY(Host)
 
+    void addTools();
     void scheduleEnd();
     void takeScreenshot();
 
@@ -50,6 +52,7 @@ private:
     const HostOptions options;
     HostLog hostLog;
     LogOutput logOutput;
+    BackendWatch watch;
     BackendVersions versions;
     HostIOManager ioManager;
     BackendSession session;

@@ -21,6 +21,8 @@
 #include <QStatusBar>
 #include <QWhatsThis>
 
+#include <algorithm>
+
 namespace host {
 
 namespace {
@@ -129,9 +131,11 @@ void MainWindow::showEvent(QShowEvent *event)
         return;
     hasLayout = true;
     // The modules get what the log leaves. On a window that is not laid out yet this would have no effect.
-    const QList<QDockWidget *> docks = findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    QList<QDockWidget *> docks = findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
+    docks.erase(std::remove_if(docks.begin(), docks.end(), [](const QDockWidget *dock) { return dock->isHidden(); }),
+                docks.end());
     QList<int> heights;
-    for (const QDockWidget *dock : docks)
+    for (const QDockWidget *dock : qAsConst(docks))
         heights << (dock == logDock ? logHeight : height());
     resizeDocks(docks, heights, Qt::Vertical);
 }

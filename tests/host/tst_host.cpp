@@ -52,9 +52,10 @@ void HostTest::showsTheModuleInMenusAndDocks()
              (QStringList{QStringLiteral("&File"), QStringLiteral("&View"), QStringLiteral("&Backend"),
                           QStringLiteral("&Tools"), QStringLiteral("&Help")}));
     QCOMPARE(menuTexts("viewMenu"),
-             (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Log")}));
+             (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Command Journal"),
+                          QStringLiteral("&Log")}));
     QCOMPARE(menuTexts("fileMenu"), QStringList{QStringLiteral("&Quit")});
-    QCOMPARE(menuTexts("helpMenu").size(), 2);
+    QCOMPARE(menuTexts("helpMenu").size(), 3);
     QVERIFY(action("whatsThisAction")->isEnabled());
 
     QDockWidget *dock = nullptr;

@@ -68,7 +68,7 @@ void HostEndTest::shutsDownInOrderAndAccountsForTheLines()
                  .arg(sent)
                  .arg(sent - dropped)
                  .arg(dropped));
-    QCOMPARE(menuTexts("viewMenu"), QStringList{QStringLiteral("&Log")});
+    QCOMPARE(menuTexts("viewMenu"), (QStringList{QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
     QVERIFY(host->shutDown().isEmpty());
 }
 

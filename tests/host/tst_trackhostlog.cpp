@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -19,6 +20,7 @@ private slots:
     void runsWithClosedStandardFiles();
     void runsOnWhenNobodyReadsItsOutput();
     void endsWithOneWithoutAModule();
+    void saysWhileItLastsWhatTheBackendDoesNotAnswer();
 
 private:
     QString contentOf(const QString &name);
@@ -129,6 +131,31 @@ void TrackhostLogTest::endsWithOneWithoutAModule()
     QCOMPARE(run.exitCode, 1);
     QCOMPARE(run.err, QString());
     QCOMPARE(run.out, QStringLiteral("lines: 0 sent, 0 refused\n"));
+}
+
+void TrackhostLogTest::saysWhileItLastsWhatTheBackendDoesNotAnswer()
+{
+    const QString lonely = folder.filePath(QStringLiteral("slow")); // of all modules, it finds the one that asks once
+    QVERIFY(QFile::copy(program, lonely));
+    const QString name = folder.filePath(QStringLiteral("slow.log"));
+    QProcess process;
+    process.start(
+        lonely,
+        briefly + QStringList{QStringLiteral("--latency"), QStringLiteral("5000"), QStringLiteral("--log"), name});
+    process.setReadChannel(QProcess::StandardError);
+    QTRY_VERIFY_WITH_TIMEOUT(process.canReadLine(), 60000);
+    QCOMPARE(process.readLine(),
+             QByteArray("trackhost: warning: the backend has not answered \"standard number_of_bodies\" for 1.0 s; the "
+                        "window stands still\n"));
+    QVERIFY(!contentOf(QStringLiteral("slow.log")).contains(QStringLiteral(" ms to answer"))); // it lasts
+    const ProgramRun run = endOf(process);
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.err, QString());
+    static const QRegularExpression entry(
+        QStringLiteral("Z info trackhost: The backend took 5,\\d\\d\\d ms to answer \"standard number_of_bodies\"; the "
+                       "window stood still meanwhile\\."));
+    const QString log = contentOf(QStringLiteral("slow.log"));
+    QVERIFY2(log.contains(entry), qPrintable(log));
 }
 
 QTEST_GUILESS_MAIN(TrackhostLogTest)
