@@ -15,6 +15,7 @@ LogDock::LogDock(QWidget *parent)
 {
     setObjectName(QStringLiteral("logDock"));
     view->setObjectName(QStringLiteral("logView"));
+    view->setAccessibleName(tr("Log"));
     view->setReadOnly(true);
     view->setUndoRedoEnabled(false);
     view->setMaximumBlockCount(maximumLines);
