@@ -19,6 +19,7 @@ namespace host {
 struct BackendChoice {
     QString scenario; ///< name of a shipped one or path of a file; without meaning when there are files to replay
     QStringList replayFiles; ///< one body each
+    bool standardInput = false; ///< lines of standard input; the scenario answers questions, or what was seen if empty
 };
 
 /// What applies to every backend that is chosen.

@@ -5,13 +5,13 @@
 #include "host/backendmenu.h"
 #include "host/journaldock.h"
 #include "host/lineaccount.h"
+#include "host/savetablesaction.h"
 #include "host/slowquestions.h"
 #include "host/standarderror.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QMenu>
-#include <QPixmap>
 #include <QStatusBar>
 #include <QTimer>
 
@@ -34,15 +34,6 @@ BackendVersions ownVersions()
     return versions;
 }
 
-QTimer *startOnce(QObject *parent, std::chrono::milliseconds delay)
-{
-    auto *timer = new QTimer(parent);
-    timer->setSingleShot(true);
-    timer->setTimerType(Qt::PreciseTimer); // a coarse one may come seconds early in a run of a minute
-    timer->start(delay);
-    return timer;
-}
-
 } // namespace
 
 Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend> backend,
@@ -55,17 +46,17 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
     , session(ioManager, versions, hostLog)
     , mainWindow(session, hostLog, options.settings)
     , modules(hostLog)
+    , saving(this->options, mainWindow, [this] { return modules.entries(); })
 {
     mainWindow.backendMenu()->showChoice(options.choice);
     addTools();
     session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
     modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
-    hasModules = modules.count() > 0;
     hostLog.flush(); // without a module the reason is told at once
     mainWindow.addEntries(modules.entries());
     // A picture shows the same on every machine, and taking one does not touch the operator's window.
-    if (options.screenshotFile.isEmpty())
+    if (!options.savesAndQuits())
         mainWindow.restoreLayout();
     session.start();
 }
@@ -77,18 +68,25 @@ Host::~Host()
 
 int Host::run()
 {
+    const bool hadModules = modules.count() > 0;
     mainWindow.show();
-    scheduleEnd();
-    QApplication::exec();
-    if (options.screenshotFile.isEmpty())
+    saving.schedule();
+    if (options.duration)
+        QTimer::singleShot(*options.duration, Qt::PreciseTimer, &mainWindow, &QCoreApplication::quit);
+    if (!isEnding)
+        QApplication::exec();
+    if (!options.savesAndQuits())
         mainWindow.saveLayout();
     const QString summary = shutDown();
     std::printf("%s\n", qPrintable(summary));
     std::fflush(stdout);
-    if (options.screenshotFile.isEmpty() || pictureSaved)
-        return hasModules ? 0 : failedWhileRunning;
-    printError(tr("The picture could not be saved in %1.").arg(options.screenshotFile));
-    return failedWhileRunning;
+    return result(hadModules);
+}
+
+void Host::end()
+{
+    isEnding = true; // where no event loop of ours runs yet, there is nothing to quit
+    QCoreApplication::quit();
 }
 
 QString Host::shutDown()
@@ -117,6 +115,8 @@ void Host::addTools()
             ioManager.announceConfiguration();
     });
 
+    mainWindow.addFileAction(new SaveTablesAction([this] { return modules.entries(); }, hostLog, mainWindow));
+
     auto *slow = new SlowQuestions(watch.times(), &mainWindow);
     auto *action = new QAction(tr("&Slow Questions"), &mainWindow);
     action->setObjectName(QStringLiteral("slowQuestionsAction"));
@@ -133,22 +133,14 @@ void Host::addTools()
         [bar = mainWindow.statusBar()](const QString &text) { bar->showMessage(text, toldFor); }, Qt::QueuedConnection);
 }
 
-void Host::scheduleEnd()
+int Host::result(bool hadModules) const
 {
-    if (!options.screenshotFile.isEmpty()) {
-        QTimer *timer = startOnce(&mainWindow, options.screenshotDelay);
-        QObject::connect(timer, &QTimer::timeout, &mainWindow, [this] { takeScreenshot(); });
-    }
-    if (options.duration) {
-        QTimer *timer = startOnce(&mainWindow, *options.duration);
-        QObject::connect(timer, &QTimer::timeout, qApp, &QCoreApplication::quit);
-    }
-}
-
-void Host::takeScreenshot()
-{
-    pictureSaved = mainWindow.grab().save(options.screenshotFile, "PNG");
-    QCoreApplication::quit();
+    const QStringList failures = saving.failures();
+    for (const QString &failure : failures)
+        printError(failure);
+    if (!hadModules)
+        return failedWhileRunning;
+    return failures.isEmpty() || isEnding ? 0 : failedWhileRunning;
 }
 
 } // namespace host

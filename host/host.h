@@ -10,6 +10,7 @@
 #include "host/mainwindow.h"
 #include "host/moduleloader.h"
 #include "host/options.h"
+#include "host/saveandquit.h"
 #include "interface/backendversions.h"
 
 #include <QCoreApplication>
@@ -33,6 +34,8 @@ public:
     /// Shows the window and runs until the operator quits or the time is over, then shuts everything down and prints
     /// the account of the lines. Returns the exit code.
     int run();
+    /// Ends run() in order, with 0 also where a picture was still to be taken; whatever dialogs are open.
+    void end();
 
     MainWindow &window() { return mainWindow; }
     HostLog &log() { return hostLog; }
@@ -45,8 +48,8 @@ private:
     Q_DISABLE_COPY(Host)
 
     void addTools();
-    void scheduleEnd();
-    void takeScreenshot();
+    /// Prints what was not done as asked. Returns the exit code.
+    int result(bool hadModules) const;
 
     // In the order of construction: each outlives the ones after it.
     const HostOptions options;
@@ -58,9 +61,9 @@ private:
     BackendSession session;
     MainWindow mainWindow;
     ModuleLoader modules;
-    bool hasModules = false; // whether any was loaded
+    SaveAndQuit saving;
     bool isDown = false;
-    bool pictureSaved = false;
+    bool isEnding = false; // end() was called
 };
 
 } // namespace host

@@ -1,12 +1,17 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "host/commandline.h"
 #include "host/host.h"
+#include "host/platformstart.h"
+#include "host/qtarguments.h"
 #include "host/standarderror.h"
 
 #include <QApplication>
+#include <QFileInfo>
 
 #include <csignal>
 #include <cstdio>
+#include <optional>
 #include <utility>
 
 #include <fcntl.h>
@@ -14,23 +19,7 @@
 
 namespace {
 
-constexpr int badInput = 2; // command line, scenario or file to replay
-
-void print(std::FILE *stream, const QString &text)
-{
-    std::fprintf(stream, "%s\n", qPrintable(text));
-}
-
-QtMessageHandler printMessage = nullptr; // Qt's own
-
-/// Leaves out what Qt warns about at every start without a display, where it means nothing; prints the rest.
-void printWithoutPlatformNoise(QtMsgType type, const QMessageLogContext &context, const QString &text)
-{
-    const bool isNoise = text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
-        || text == QLatin1String("This plugin does not support propagateSizeHints()");
-    if (!isNoise)
-        printMessage(type, context, text);
-}
+constexpr int badInput = 2; // command line, scenario, file to replay, no display
 
 /// Fills the standard files that the caller has closed: the next file opened would take their numbers, and a log file
 /// get what is meant for standard output.
@@ -42,6 +31,54 @@ void keepStandardFilesTaken()
     }
 }
 
+int refuse(const QString &complaint)
+{
+    host::printError(complaint);
+    std::fprintf(stderr, "%s\n", qPrintable(host::Host::tr("Try 'trackhost --help' for the options.")));
+    return badInput;
+}
+
+/// What the program needs of the machine before it shows a window. Without a backend, complaint says why.
+struct Means {
+    std::unique_ptr<host::LogFile> logFile;
+    host::BackendResult backend;
+    QString complaint;
+};
+
+Means meansFor(const host::HostOptions &options)
+{
+    Means means;
+    if (!options.modulesFolder.isEmpty() && !QFileInfo(options.modulesFolder).isDir()) {
+        means.complaint = host::Host::tr("--modules takes a folder, which \"%1\" is not.").arg(options.modulesFolder);
+        return means;
+    }
+    if (!options.logFile.isEmpty()) {
+        QString reason;
+        means.logFile = host::LogFile::open(options.logFile, &reason);
+        if (!means.logFile) {
+            means.complaint = host::Host::tr("The log file %1 can't be written: %2.").arg(options.logFile, reason);
+            return means;
+        }
+    }
+    means.backend = host::makeBackend(options.choice, options.settings);
+    means.complaint = means.backend.error;
+    return means;
+}
+
+/// The options are read once, before there is a QApplication: it takes options such as "-session" for its own, with one
+/// dash or two, and is given the arguments that are not ours.
+struct ReadArguments {
+    QStringList qts;
+    host::OptionsResult result;
+};
+
+ReadArguments read(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv); // needs no display
+    const host::ProgramArguments arguments = host::takeApart(QCoreApplication::arguments());
+    return {arguments.qts, host::OptionsResult::read(arguments.own)};
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -51,46 +88,24 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
     QCoreApplication::setApplicationName(QStringLiteral("trackhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORNAK_VERSION));
-    {
-        // Texts are printed without a display, so that --help works on a server. Complaints wait for the application
-        // with a display, which takes Qt's own options such as -platform out of the arguments.
-        const QCoreApplication withoutDisplay(argc, argv);
-        const host::OptionsResult result = host::OptionsResult::read(QCoreApplication::arguments());
-        if (result.kind == host::OptionsResult::Kind::Answer) {
-            print(stdout, result.text);
-            return 0;
-        }
-    }
-    if (qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
-        printMessage = qInstallMessageHandler(printWithoutPlatformNoise);
-    const QApplication application(argc, argv);
-    const host::OptionsResult result = host::OptionsResult::read(QCoreApplication::arguments());
+    const auto [qts, result] = read(argc, argv);
     if (result.kind == host::OptionsResult::Kind::Answer) {
-        print(stdout, result.text);
+        std::printf("%s\n", qPrintable(result.text));
         return 0;
     }
-    if (result.kind == host::OptionsResult::Kind::Error) {
-        host::printError(result.text);
-        return badInput;
-    }
-    const host::HostOptions &options = result.options;
-    std::unique_ptr<host::LogFile> logFile;
-    if (!options.logFile.isEmpty()) {
-        QString reason;
-        logFile = host::LogFile::open(options.logFile, &reason);
-        if (!logFile) {
-            host::printError(
-                host::OptionsResult::tr("The log file %1 can't be written: %2.").arg(options.logFile, reason));
-            return badInput;
-        }
-    }
-    const host::BackendResult made = host::makeBackend(options.choice, options.settings);
-    if (!made.backend) {
-        host::printError(made.error);
-        return badInput;
-    }
-    host::Host host(options, made.backend, host::ModuleLoader::folders(options.modulesFolder), std::move(logFile));
-    for (const QString &warning : made.warnings)
+    if (result.kind == host::OptionsResult::Kind::Error)
+        return refuse(result.text);
+    Means means = meansFor(result.options);
+    if (!means.backend.backend)
+        return refuse(means.complaint);
+
+    host::QtArguments qtArguments(qts);
+    std::optional<host::PlatformStart> platform(qts);
+    const QApplication application(qtArguments.count(), qtArguments.values());
+    platform.reset();
+    host::Host host(result.options, means.backend.backend, host::ModuleLoader::folders(result.options.modulesFolder),
+                    std::move(means.logFile));
+    for (const QString &warning : qAsConst(means.backend.warnings))
         host.log().warning(warning);
     return host.run();
 }

@@ -54,7 +54,7 @@ void HostTest::showsTheModuleInMenusAndDocks()
     QCOMPARE(menuTexts("viewMenu"),
              (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Command Journal"),
                           QStringLiteral("&Log")}));
-    QCOMPARE(menuTexts("fileMenu"), QStringList{QStringLiteral("&Quit")});
+    QCOMPARE(menuTexts("fileMenu"), (QStringList{QStringLiteral("Save &Tables…"), QStringLiteral("&Quit")}));
     QCOMPARE(menuTexts("helpMenu").size(), 3);
     QVERIFY(action("whatsThisAction")->isEnabled());
 

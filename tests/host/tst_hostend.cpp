@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "host/logdock.h"
+#include "host/windowpicture.h"
 #include "tests/host/hostfixture.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QFile>
+#include <QMenu>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -28,6 +30,11 @@ private slots:
     void endsAnOpenDialogBeforeTheModulesGo();
     void runsWithoutAnyModule();
     void leavesTheLayoutAloneForAPicture();
+    void countsTheTimeOfAPictureFromTheStartOfTheProgram();
+    void takesThePictureWithFloatingDocks();
+    void endsWhereverItIsToldTo_data();
+    void endsWhereverItIsToldTo();
+    void endsWithOneWithoutAnyModule();
 };
 
 void HostEndTest::quitsByMenu()
@@ -124,12 +131,82 @@ void HostEndTest::leavesTheLayoutAloneForAPicture()
     QVERIFY(saved.isValid());
     HostOptions options;
     options.screenshotFile = home->filePath(QStringLiteral("picture.png"));
-    options.screenshotDelay = std::chrono::milliseconds(0);
+    options.saveAfter = std::chrono::milliseconds(0);
     start(testModule(), options);
     QVERIFY(host->window().findChild<LogDock *>()->isVisible()); // the same picture on every machine
     QCOMPARE(host->run(), 0);
     QVERIFY(QFile::exists(options.screenshotFile));
     QCOMPARE(QSettings().value(key), saved);
+}
+
+void HostEndTest::countsTheTimeOfAPictureFromTheStartOfTheProgram()
+{
+    HostOptions options;
+    options.screenshotFile = home->filePath(QStringLiteral("picture.png"));
+    options.saveAfter = std::chrono::hours(1);
+    options.start -= std::chrono::hours(1);
+    start(testModule(), options);
+    QTimer::singleShot(30000, &host->window(), &QCoreApplication::quit);
+    QCOMPARE(host->run(), 0);
+    QVERIFY(QFile::exists(options.screenshotFile));
+}
+
+void HostEndTest::takesThePictureWithFloatingDocks()
+{
+    QCOMPARE(pictureOf(host->window()).toImage(), host->window().grab().toImage());
+    auto *log = host->window().findChild<LogDock *>();
+    QVERIFY(log);
+    host->window().move(100, 100);
+    log->setFloating(true);
+    log->resize(300, 200);
+    log->move(20, 60);
+    QTRY_COMPARE(log->pos(), QPoint(20, 60));
+    const QRect window(host->window().mapToGlobal(QPoint()), host->window().size());
+    const QRect dock(log->mapToGlobal(QPoint()), log->size());
+    const QImage picture = pictureOf(host->window()).toImage();
+    QCOMPARE(picture.size(), (window | dock).size());
+    QCOMPARE(picture.copy(QRect(QPoint(), dock.size())), log->grab().toImage());
+    QCOMPARE(picture.copy(QRect(window.bottomRight() - dock.topLeft() - QPoint(200, 200), QSize(200, 200))),
+             host->window().grab().toImage().copy(QRect(window.width() - 201, window.height() - 201, 200, 200)));
+    log->hide();
+    QCOMPARE(pictureOf(host->window()).size(), window.size());
+}
+
+void HostEndTest::endsWhereverItIsToldTo_data()
+{
+    QTest::addColumn<int>("place");
+    QTest::newRow("before it runs") << 0;
+    QTest::newRow("while it runs") << 1;
+    QTest::newRow("in a dialog") << 2;
+    QTest::newRow("in a menu") << 3;
+}
+
+void HostEndTest::endsWhereverItIsToldTo()
+{
+    QFETCH(int, place);
+    takeCalls();
+    QDialog dialog(&host->window());
+    auto *menu = host->window().findChild<QMenu *>(QStringLiteral("fileMenu"));
+    if (place == 0)
+        host->end();
+    else
+        QTimer::singleShot(50, &host->window(), [this] { host->end(); });
+    if (place == 2)
+        QTimer::singleShot(0, &dialog, &QDialog::exec);
+    if (place == 3)
+        QTimer::singleShot(0, menu, [menu] { menu->exec(); });
+    QCOMPARE(host->run(), 0);
+    QCOMPARE(
+        takeCalls(),
+        (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
+}
+
+void HostEndTest::endsWithOneWithoutAnyModule()
+{
+    QTemporaryDir empty;
+    start({empty.path()});
+    QTimer::singleShot(0, &host->window(), [this] { host->end(); });
+    QCOMPARE(host->run(), 1);
 }
 
 QTEST_MAIN(HostEndTest)

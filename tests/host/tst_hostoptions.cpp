@@ -30,6 +30,8 @@ private slots:
     void findsTheScenario_data();
     void findsTheScenario();
     void takesFilesToReplay();
+    void takesStandardInput_data();
+    void takesStandardInput();
     void takesTheBackendsSettings();
     void takesAVersion_data();
     void takesAVersion();
@@ -52,7 +54,10 @@ void HostOptionsTest::simulatesTheDefaultScenario()
     QVERIFY(result.options.settings.faults.isEmpty());
     QCOMPARE(result.options.settings.latency.count(), 0);
     QVERIFY(!result.options.observer);
-    QVERIFY(result.options.screenshotFile.isEmpty());
+    QVERIFY(!result.options.choice.standardInput);
+    QVERIFY(!result.options.savesAndQuits());
+    QCOMPARE(result.options.saveAfter.count(), 2000);
+    QVERIFY(result.options.logFile.isEmpty());
     QVERIFY(!result.options.duration);
 }
 
@@ -83,6 +88,28 @@ void HostOptionsTest::takesFilesToReplay()
     const OptionsResult result = read(QStringLiteral("--replay a.txt --replay b.txt"));
     QCOMPARE(result.kind, Kind::Run);
     QCOMPARE(result.options.choice.replayFiles, (QStringList{QStringLiteral("a.txt"), QStringLiteral("b.txt")}));
+}
+
+void HostOptionsTest::takesStandardInput_data()
+{
+    QTest::addColumn<QString>("commandLine");
+    QTest::addColumn<QString>("scenario");
+    QTest::newRow("alone, what was seen answers") << QStringLiteral("--stdin") << QString();
+    QTest::newRow("a scenario answers") << QStringLiteral("--stdin --simulate heads") << QStringLiteral("heads");
+    QTest::newRow("the default scenario answers") << QStringLiteral("--simulate --stdin") << QStringLiteral("default");
+    QTest::newRow("a scenario of a version")
+        << QStringLiteral("--stdin heads --backend-version 1.12.0") << QStringLiteral("heads");
+    QTest::newRow("late and failing answers") << QStringLiteral("--stdin --latency 5 --fail a") << QString();
+}
+
+void HostOptionsTest::takesStandardInput()
+{
+    QFETCH(QString, commandLine);
+    QFETCH(QString, scenario);
+    const OptionsResult result = read(commandLine);
+    QCOMPARE(result.kind, Kind::Run);
+    QVERIFY(result.options.choice.standardInput);
+    QCOMPARE(result.options.choice.scenario, scenario);
 }
 
 void HostOptionsTest::takesTheBackendsSettings()
@@ -123,13 +150,14 @@ void HostOptionsTest::takesAVersion()
 
 void HostOptionsTest::takesWhatTheProgramDoes()
 {
-    const OptionsResult result =
-        read(QStringLiteral("--modules /m --observer --screenshot a.png --after 50 --duration 900 --log a.log"));
+    const OptionsResult result = read(QStringLiteral(
+        "--modules /m --observer --screenshot a.png --save-tables t --after 50 --duration 900 --log a.log"));
     QCOMPARE(result.kind, Kind::Run);
     QCOMPARE(result.options.modulesFolder, QStringLiteral("/m"));
     QVERIFY(result.options.observer);
     QCOMPARE(result.options.screenshotFile, QStringLiteral("a.png"));
-    QCOMPARE(result.options.screenshotDelay.count(), 50);
+    QCOMPARE(result.options.tablesFolder, QStringLiteral("t"));
+    QCOMPARE(result.options.saveAfter.count(), 50);
     QVERIFY(result.options.duration.has_value());
     QCOMPARE(result.options.duration->count(), 900);
     QCOMPARE(result.options.logFile, QStringLiteral("a.log"));
@@ -157,6 +185,18 @@ void HostOptionsTest::refusesWhatItCannotFollow_data()
     QTest::newRow("a rate of failures above one") << QStringLiteral("--fail a*=1.5") << QStringLiteral("a*=1.5");
     QTest::newRow("a failure without a pattern") << QStringLiteral("--fail =0.5") << QStringLiteral("=0.5");
     QTest::newRow("a time for no picture") << QStringLiteral("--after 100") << QStringLiteral("--screenshot");
+    QTest::newRow("standard input and a file to replay")
+        << QStringLiteral("--stdin --replay a.txt") << QStringLiteral("--stdin and --replay");
+    QTest::newRow("a rate of lines that come when they come")
+        << QStringLiteral("--stdin --rate 30") << QStringLiteral("--rate");
+    QTest::newRow("a rate of a scenario that only answers")
+        << QStringLiteral("--stdin --simulate heads --rate 30") << QStringLiteral("--rate");
+    QTest::newRow("a version of what was seen")
+        << QStringLiteral("--stdin --backend-version 1.12.0") << QStringLiteral("--backend-version");
+    QTest::newRow("a time for no tables") << QStringLiteral("--after 100") << QStringLiteral("--save-tables");
+    QTest::newRow("a picture in an unknown format") << QStringLiteral("--screenshot a.foo") << QStringLiteral("a.foo");
+    QTest::newRow("tables in no folder") << QStringLiteral("--save-tables=") << QStringLiteral("--save-tables");
+    QTest::newRow("modules in no folder") << QStringLiteral("--modules=") << QStringLiteral("--modules");
     QTest::newRow("a log without a name") << QStringLiteral("--log=") << QStringLiteral("--log");
     QTest::newRow("a picture without a name") << QStringLiteral("--screenshot=") << QStringLiteral("--screenshot");
 }
