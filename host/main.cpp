@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "host/commandline.h"
+#include "host/endsignals.h"
 #include "host/host.h"
 #include "host/platformstart.h"
 #include "host/qtarguments.h"
@@ -85,6 +86,7 @@ int main(int argc, char **argv)
 {
     std::signal(SIGPIPE, SIG_IGN); // whoever reads our output may go; the window stays
     keepStandardFilesTaken();
+    host::EndSignals::catchThem();
     QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
     QCoreApplication::setApplicationName(QStringLiteral("trackhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORNAK_VERSION));
@@ -107,5 +109,7 @@ int main(int argc, char **argv)
                     std::move(means.logFile));
     for (const QString &warning : qAsConst(means.backend.warnings))
         host.log().warning(warning);
+    const host::EndSignals endSignals;
+    QObject::connect(&endSignals, &host::EndSignals::endRequested, &host.window(), [&host] { host.end(); });
     return host.run();
 }

@@ -5,8 +5,11 @@
 #include <QDir>
 #include <QFile>
 #include <QImageReader>
+#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <csignal>
 
 Q_DECLARE_METATYPE(QProcessEnvironment)
 
@@ -22,9 +25,14 @@ QProcessEnvironment withoutDisplay()
     return environment;
 }
 
+void send(const QProcess &process, int signal)
+{
+    ::kill(static_cast<pid_t>(process.processId()), signal);
+}
+
 } // namespace
 
-/// How the built program ends: by what it is asked to save, or before it has begun.
+/// How the built program ends: by a signal, by what it is asked to save, or before it has begun.
 class TrackhostEndTest : public QObject {
     Q_OBJECT
 
@@ -33,6 +41,11 @@ private slots:
     void refusesWithoutADisplay();
     void saysThatThereIsNoDisplay_data();
     void saysThatThereIsNoDisplay();
+    void endsInOrderOnASignal_data();
+    void endsInOrderOnASignal();
+    void endsInOrderOnASignalWhileItStarts();
+    void endsHardOnASecondSignal();
+    void leavesIgnoredSignalsIgnored();
     void savesThePictureInTheFormatOfItsName_data();
     void savesThePictureInTheFormatOfItsName();
     void savesWhatTheTablesShow();
@@ -40,10 +53,25 @@ private slots:
     void endsWithOneWhenTablesCannotBeSaved();
 
 private:
+    /// Starts the program and waits until its log file is there, which the program opens early, and contains \a text.
+    void startIn(QProcess &process, const QStringList &arguments, const QByteArray &text = "Loaded ");
+
     QTemporaryDir folder;
     const QString program = QStringLiteral(TRACKHOST);
     const QStringList modules{QStringLiteral("--modules"), QStringLiteral(TEST_MODULES "/testmodule")};
 };
+
+void TrackhostEndTest::startIn(QProcess &process, const QStringList &arguments, const QByteArray &text)
+{
+    const QString name = folder.filePath(QStringLiteral("started.log"));
+    QFile::remove(name);
+    process.start(program, QStringList{QStringLiteral("--log"), name} + arguments);
+    const auto hasStarted = [&] {
+        QFile log(name);
+        return log.open(QIODevice::ReadOnly) && log.readAll().contains(text);
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(hasStarted(), 30000);
+}
 
 void TrackhostEndTest::refusesWithoutADisplay_data()
 {
@@ -108,6 +136,66 @@ void TrackhostEndTest::saysThatThereIsNoDisplay()
     QVERIFY2(run.err.startsWith(QStringLiteral("trackhost: ") + complaint), qPrintable(run.err));
     QCOMPARE(run.err.count(QLatin1Char('\n')), 1);
     QCOMPARE(run.out, QString());
+}
+
+void TrackhostEndTest::endsInOrderOnASignal_data()
+{
+    QTest::addColumn<int>("signal");
+    QTest::newRow("SIGTERM") << SIGTERM;
+    QTest::newRow("SIGINT") << SIGINT;
+    QTest::newRow("SIGHUP") << SIGHUP;
+}
+
+void TrackhostEndTest::endsInOrderOnASignal()
+{
+    QFETCH(int, signal);
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    QTemporaryDir home;
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), home.path());
+    process.setProcessEnvironment(environment);
+    startIn(process, modules);
+    send(process, signal);
+    const ProgramRun run = endOf(process);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.startsWith(QStringLiteral("lines: ")), qPrintable(run.out));
+    QCOMPARE(run.err, QString());
+    const QSettings settings(home.filePath(QStringLiteral("VORNAK/trackhost.conf")), QSettings::IniFormat);
+    QVERIFY(!settings.value(QStringLiteral("window/state")).toByteArray().isEmpty());
+}
+
+void TrackhostEndTest::endsInOrderOnASignalWhileItStarts()
+{
+    QProcess process;
+    startIn(process, modules + QStringList{QStringLiteral("--latency"), QStringLiteral("500")}, QByteArray());
+    send(process, SIGTERM);
+    const ProgramRun run = endOf(process);
+    QCOMPARE(run.exitCode, 0);
+    QVERIFY2(run.out.startsWith(QStringLiteral("lines: ")), qPrintable(run.out));
+}
+
+void TrackhostEndTest::endsHardOnASecondSignal()
+{
+    QProcess process;
+    startIn(process, modules + QStringList{QStringLiteral("--latency"), QStringLiteral("60000")}, QByteArray());
+    send(process, SIGTERM);
+    QTest::qWait(50); // two at once would be one
+    send(process, SIGINT);
+    QVERIFY(process.waitForFinished(30000));
+    QCOMPARE(process.exitStatus(), QProcess::CrashExit);
+    QCOMPARE(process.exitCode(), SIGINT);
+}
+
+void TrackhostEndTest::leavesIgnoredSignalsIgnored()
+{
+    void (*const before)(int) = std::signal(SIGHUP, SIG_IGN); // as nohup does
+    QProcess process;
+    startIn(process, modules);
+    std::signal(SIGHUP, before);
+    send(process, SIGHUP);
+    QVERIFY(!process.waitForFinished(300));
+    send(process, SIGTERM);
+    QCOMPARE(endOf(process).exitCode, 0);
 }
 
 void TrackhostEndTest::savesThePictureInTheFormatOfItsName_data()
