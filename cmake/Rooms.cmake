@@ -46,6 +46,8 @@ function(vornak_add_room name)
     cmake_parse_arguments(ROOM "ENTRY" "" "LIBRARIES;SOURCES" ${ARGN})
     if(VORNAK_SHARED_CODE AND NOT ROOM_ENTRY)
         add_library(${name} SHARED ${ROOM_SOURCES})
+        # What a room leaves undefined is in another: an executable needs also those that it does not call itself.
+        target_link_options(${name} INTERFACE -Wl,--no-as-needed)
     else()
         add_library(${name} OBJECT ${ROOM_SOURCES})
     endif()
