@@ -78,6 +78,16 @@ bool endsException(_Unwind_Context *context, std::uintptr_t address)
     return true;
 }
 
+/// Whether it is a destructor, which lets no exception pass either: one that comes out of Qt's all the same ends the
+/// process at its caller, or not, as the compiler has laid out the caller's table.
+bool isDestructor(const Frame &frame)
+{
+    const char *const name = frame.info.dli_sname ? frame.info.dli_sname : "";
+    const std::size_t length = std::strlen(name);
+    const char *const end = name + (length > 4 ? length - 4 : length);
+    return end[0] == 'D' && std::strcmp(end + 2, "Ev") == 0;
+}
+
 _Unwind_Reason_Code addFrame(_Unwind_Context *context, void *stack)
 {
     auto &all = *static_cast<Stack *>(stack);
@@ -133,8 +143,9 @@ template<typename Condition>
     std::size_t first = 0;
     while (first < stack.size && stack.frames[first].place == CrashReport::InOurCode)
         ++first; // this function
-    report("exception", stack, first,
-           [](const Frame &frame) { return frame.endsException && frame.place != CrashReport::Elsewhere; });
+    report("exception", stack, first, [](const Frame &frame) {
+        return (frame.endsException || isDestructor(frame)) && frame.place != CrashReport::Elsewhere;
+    });
 }
 
 void onSignal(int signal)
