@@ -11,6 +11,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#if defined(COUNTS_COVERAGE)
+extern "C" void __gcov_reset();
+extern "C" void __gcov_dump();
+#endif
+
 /// Calls \a act with a Result in a process of its own, as Qt may not survive it, for at most 20 seconds. Returns that
 /// result as far as it came; its member crash says how the process ended. GUI thread.
 template<typename Result, typename Act> Result inOwnProcess(const Act &act)
@@ -23,7 +28,13 @@ template<typename Result, typename Act> Result inOwnProcess(const Act &act)
         reportCrashTo(shared->crash);
         std::fclose(stdout);
         std::fclose(stderr);
+#if defined(COUNTS_COVERAGE) // which only the parent would write to its files
+        __gcov_reset();
         act(*shared);
+        __gcov_dump();
+#else
+        act(*shared);
+#endif
         ::_exit(0);
     }
     ::waitpid(child, nullptr, 0);
