@@ -15,6 +15,10 @@ private slots:
     void barsDoNotPileUpWithoutAnEventLoop();
     void tickWhileAPassWaitsIsLeftOut();
     void firstPassEndsOneThatWaits();
+    void clearingEndsAPassThatWaits_data();
+    void clearingEndsAPassThatWaits();
+    void partsThatOthersTakeMeanwhileAreLeftOut_data();
+    void partsThatOthersTakeMeanwhileAreLeftOut();
 };
 
 void TestSensorPasses::idGoesBackInTheBackendsBytes()
@@ -78,6 +82,74 @@ void TestSensorPasses::firstPassEndsOneThatWaits()
     };
     QCOMPARE(fixture.tick().size(), 2); // the question that waited, and that of the first pass
     QVERIFY(fixture.battery().isHidden());
+}
+
+void TestSensorPasses::clearingEndsAPassThatWaits_data()
+{
+    QTest::addColumn<int>("question"); // of the three of a pass
+    QTest::newRow("for the presence") << 1;
+    QTest::newRow("for the battery") << 2;
+    QTest::newRow("for the temperature") << 3;
+}
+
+void TestSensorPasses::clearingEndsAPassThatWaits()
+{
+    QFETCH(const int, question);
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.tick();
+    const int interval = fixture.sensorTimer().interval();
+    int asked = 0;
+    fixture.host.onCall = [&] {
+        if (++asked == question)
+            fixture.panel->clearData();
+    };
+    QCOMPARE(fixture.tick().size(), question);
+    fixture.host.onCall = nullptr;
+    QCOMPARE(fixture.table6d().rowCount(), 0);
+    QCOMPARE(fixture.sensorTimer().interval(), interval);
+    fixture.reconfigure();
+    QCOMPARE(fixture.tick().size(), 3);
+    QCOMPARE(fixture.battery().value(), 50);
+}
+
+void TestSensorPasses::partsThatOthersTakeMeanwhileAreLeftOut_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<bool>("isBar");
+    QTest::addColumn<int>("battery"); // as it is shown, -1 without its bar
+    QTest::addColumn<QString>("temperature"); // likewise
+    const auto row = [](const char *name, int column, bool isBar, int battery, const char *temperature) {
+        QTest::newRow(name) << column << isBar << battery << QString::fromUtf8(temperature);
+    };
+    row("the cell of the sensor, and its bars stay as they are", SensorColumn, false, 50, "31.5\302\260C");
+    row("the cell of the battery, whose bar stays", BatteryColumn, false, 50, "40.0\302\260C");
+    row("the cell of the temperature, whose bar stays", TemperatureColumn, false, 70, "31.5\302\260C");
+    row("the battery's bar", BatteryColumn, true, -1, "40.0\302\260C");
+    row("the temperature's bar", TemperatureColumn, true, 70, "");
+}
+
+void TestSensorPasses::partsThatOthersTakeMeanwhileAreLeftOut()
+{
+    QFETCH(const int, column);
+    QFETCH(const bool, isBar);
+    SensorFixture fixture;
+    fixture.createConfiguredPanel();
+    fixture.tick();
+    fixture.answer("inertial sensor_battery d01", "0.7");
+    fixture.answer("inertial sensor_temperature d01", "40.0 0.5");
+    fixture.host.onCall = [&] {
+        if (isBar)
+            fixture.table6d().removeCellWidget(1, column);
+        else
+            delete fixture.table6d().takeItem(1, column);
+    };
+    QCOMPARE(fixture.tick().size(), 3);
+    fixture.host.onCall = nullptr;
+    const auto *battery = qobject_cast<BatteryBar *>(fixture.table6d().cellWidget(1, BatteryColumn));
+    const auto *temperature = qobject_cast<TemperatureBar *>(fixture.table6d().cellWidget(1, TemperatureColumn));
+    QTEST(battery ? battery->value() : -1, "battery");
+    QTEST(temperature ? temperature->text() : QString(), "temperature");
 }
 
 QTEST_MAIN(TestSensorPasses)
