@@ -39,6 +39,8 @@ private slots:
     void whatOthersPutThereInAnswerIsReplaced();
     void coloursOfOthersAreReplaced_data();
     void coloursOfOthersAreReplaced();
+    void cellsThatOthersTookAreLeftOut_data();
+    void cellsThatOthersTookAreLeftOut();
     void stillBodiesAreNotRepainted();
 };
 
@@ -197,6 +199,40 @@ void TestCellChanges::coloursOfOthersAreReplaced()
         panel.updateView6d();
         QTEST(fixture.background(0, BodyIdColumn), "expected");
     }
+}
+
+void TestCellChanges::cellsThatOthersTookAreLeftOut_data()
+{
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QByteArray>("active");
+    QTest::addColumn<QByteArray>("first"); // what the line says of the body
+    const auto row = [](const char *name, int column, const char *active, const char *quality) {
+        QTest::newRow(name) << column << QByteArray(active) << bodyText(0, "2", quality, "1 2 3");
+    };
+    row("the number of a tracked body", BodyIdColumn, "yes", "1.0");
+    row("the number of a lost body", BodyIdColumn, "yes", "-1.0");
+    row("the number of an inactive body", BodyIdColumn, "no", "1.0");
+    row("a name", NameColumn, "yes", "1.0");
+    row("a coordinate", YColumn, "yes", "1.0");
+}
+
+void TestCellChanges::cellsThatOthersTookAreLeftOut()
+{
+    QFETCH(const int, column);
+    QFETCH(const QByteArray, active);
+    QFETCH(const QByteArray, first);
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("body active standard b01", active);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    delete fixture.table6d().takeItem(0, column);
+    QCOMPARE(fixture.send("6di", "6di 2 " + first + bodyText(1, "2", "1.0", "4 5 6")), 0);
+    panel.updateView6d();
+    QVERIFY(!fixture.table6d().item(0, column));
+    const bool isTracked = active == "yes" && !first.contains("-1.0");
+    QCOMPARE(fixture.text(0, ZColumn), isTracked ? QStringLiteral("3.00") : QStringLiteral("-"));
+    QCOMPARE(fixture.text(1, XColumn), QStringLiteral("4.00"));
+    QCOMPARE(fixture.background(1, BodyIdColumn), QBrush(Qt::green));
 }
 
 void TestCellChanges::stillBodiesAreNotRepainted()

@@ -113,6 +113,15 @@ const Look looks[] = {
          for (int column = 0; column < StretchColumn; ++column)
              fixture.table6d().setColumnWidth(column, 9 + 6 * column);
      }},
+    {"numbers of up to 43 characters",
+     [](PanelFixture &fixture) {
+         const QByteArray bodies = bodyText(0, "2", "1", "-3.4e38 0 0") + bodyText(1, "2", "1", "1e12 0 -1e12")
+             + bodyText(2, "2", "1", "-1e11 0 1e13");
+         QCOMPARE(fixture.send("6di", "6di 3 " + bodies), 0);
+         fixture.panel->updateView6d();
+         fixture.table6d().setColumnWidth(XColumn, 400);
+         fixture.table6d().setColumnWidth(ZColumn, 200);
+     }},
     {"selected cells",
      [](PanelFixture &fixture) {
          fixture.table6d().setSelectionMode(QAbstractItemView::MultiSelection);

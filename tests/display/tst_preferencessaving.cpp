@@ -5,6 +5,7 @@
 #include "tests/support/panelfixture.h"
 
 #include <QDir>
+#include <QHeaderView>
 #include <QScopeGuard>
 #include <QtTest>
 
@@ -92,9 +93,11 @@ private slots:
     void wholeFile_data();
     void wholeFile();
     void zeroWidthOfMarkersIsSavedAsItIs();
+    void narrowestWidthOfBodiesIsSavedAsItIs();
     void oldContentIsReplaced();
     void widthsComeBack();
     void hiddenWidthIsLostToItsFallback();
+    void elementWithoutWidthCostsAHiddenColumnItsOwn();
     void fileThatCannotBeWritten_data();
     void fileThatCannotBeWritten();
     void folderThatCannotBeMade_data();
@@ -139,6 +142,16 @@ void TestPreferencesSaving::zeroWidthOfMarkersIsSavedAsItIs()
     QVERIFY(contentOf(fixture.preferencesFile()).contains("<TABLE_3D_COLUMN_1 WIDTH=\"0\"/>"));
 }
 
+void TestPreferencesSaving::narrowestWidthOfBodiesIsSavedAsItIs()
+{
+    PanelFixture fixture;
+    fixture.createPanel();
+    fixture.table6d().horizontalHeader()->setMinimumSectionSize(1);
+    fixture.table6d().setColumnWidth(4, 1);
+    QCOMPARE(logsOfSaving(fixture), QStringList());
+    QVERIFY(contentOf(fixture.preferencesFile()).contains("<TABLE_6D_COLUMN_4 WIDTH=\"1\"/>"));
+}
+
 void TestPreferencesSaving::oldContentIsReplaced()
 {
     PanelFixture fixture;
@@ -176,6 +189,21 @@ void TestPreferencesSaving::hiddenWidthIsLostToItsFallback()
     fixture.createPanel();
     fixture.table6d().setColumnHidden(10, false);
     QCOMPARE(fixture.table6d().columnWidth(10), 60);
+}
+
+void TestPreferencesSaving::elementWithoutWidthCostsAHiddenColumnItsOwn()
+{
+    PanelFixture fixture;
+    fixture.writePreferences("<VORNAK><TABLE_6D_COLUMN_10/><TABLE_6D_COLUMN_4/></VORNAK>");
+    fixture.createPanel();
+    QTableWidget &table = fixture.table6d();
+    const int narrowest = table.horizontalHeader()->minimumSectionSize();
+    table.horizontalHeader()->setMinimumSectionSize(0); // which a width of none comes up to
+    table.showColumn(BatteryColumn);
+    table.showColumn(TemperatureColumn);
+    QCOMPARE(table.columnWidth(BatteryColumn), 0);
+    QVERIFY(table.columnWidth(TemperatureColumn) > narrowest); // which the file does not name
+    QVERIFY(table.columnWidth(XColumn) > narrowest); // which is not hidden
 }
 
 void TestPreferencesSaving::fileThatCannotBeWritten_data()
