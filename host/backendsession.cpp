@@ -164,12 +164,11 @@ void BackendSession::closeStream()
 void BackendSession::logStreamState(const backend::StreamState &before)
 {
     const backend::StreamState &state = follower.state();
+    // The end of a source is told with its silences.
     if (state.phase == Phase::Lost)
         log.warning(tr("The connection to %1 is lost: %2").arg(backend->name(), state.reason));
     else if (state.phase == Phase::Live && before.phase != Phase::Live)
         log.info(tr("The connection to %1 stands.").arg(backend->name()));
-    else if (state.phase == Phase::Ended && before.phase != Phase::Ended)
-        log.warning(tr("the source has ended"));
 }
 
 } // namespace host
