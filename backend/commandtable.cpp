@@ -7,6 +7,22 @@
 
 namespace backend {
 
+Answer answerTo(const QByteArray &query, const QueryContext &context)
+{
+    const Words words = wordsOf(query);
+    for (const QVector<QueryEntry> *table : {&bodyQueries(), &deviceQueries(), &filterQueries()}) {
+        for (const QueryEntry &entry : *table) {
+            const std::optional<Words> arguments = matchWords(entry.pattern, words);
+            if (!arguments)
+                continue;
+            if (!isAtLeast(context.scenario.version, entry.major, entry.minor))
+                return std::nullopt;
+            return entry.answer(context, *arguments);
+        }
+    }
+    return std::nullopt;
+}
+
 Words wordsOf(const QByteArray &text)
 {
     const QByteArray plain = text.simplified();

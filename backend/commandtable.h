@@ -38,6 +38,10 @@ const QVector<QueryEntry> &deviceQueries(); ///< wandors, outputs, sensors, conf
 const QVector<QueryEntry> &filterQueries();
 const QVector<CommandEntry> &allCommands();
 
+/// The answer to \a query, of any of the tables. A query that the scenario's version does not know yet has none, like
+/// an unknown one.
+Answer answerTo(const QByteArray &query, const QueryContext &context);
+
 Words wordsOf(const QByteArray &text);
 
 /// The arguments that \a words give to \a pattern; nothing when they don't fit.

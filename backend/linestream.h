@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include <chrono>
@@ -56,6 +57,8 @@ public:
     virtual StreamLosses losses() const { return {}; }
     /// How often what the backend answers has changed since the stream was opened, other than by a command.
     virtual quint64 configurationChanges() const { return 0; }
+    /// What the operator should know, in whole sentences, since the last call.
+    virtual QStringList takeWarnings() { return {}; }
 
 private:
     Q_DISABLE_COPY(LineStream)

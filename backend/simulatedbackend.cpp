@@ -61,19 +61,7 @@ double SimulatedBackend::frameRate() const
 std::optional<QByteArray> SimulatedBackend::request(const QByteArray &query)
 {
     const std::shared_ptr<const Scenario> current = currentModel();
-    const QueryContext context{*current, static_cast<double>(clock().count()) / nanosecondsPerSecond};
-    const Words words = wordsOf(query);
-    for (const QVector<QueryEntry> *table : {&bodyQueries(), &deviceQueries(), &filterQueries()}) {
-        for (const QueryEntry &entry : *table) {
-            const std::optional<Words> arguments = matchWords(entry.pattern, words);
-            if (!arguments)
-                continue;
-            if (!isAtLeast(current->version, entry.major, entry.minor))
-                return std::nullopt;
-            return entry.answer(context, *arguments);
-        }
-    }
-    return std::nullopt;
+    return answerTo(query, {*current, static_cast<double>(clock().count()) / nanosecondsPerSecond});
 }
 
 bool SimulatedBackend::command(const QByteArray &command)

@@ -15,11 +15,11 @@
 
 namespace host {
 
-/// What the operator wants to be connected to: a scenario, or trajectory files to replay.
+/// What the operator wants to be connected to: a scenario, trajectory files to replay, or standard input.
 struct BackendChoice {
     QString scenario; ///< name of a shipped one or path of a file; without meaning when there are files to replay
     QStringList replayFiles; ///< one body each
-    bool standardInput = false; ///< lines of standard input; the scenario answers questions, or what was seen if empty
+    bool standardInput = false; ///< lines as they come; the scenario, if there is any, answers the modules' questions
 };
 
 /// What applies to every backend that is chosen.

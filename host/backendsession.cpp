@@ -113,6 +113,7 @@ void BackendSession::followStream(backend::LineStream::Clock::time_point now)
         return;
     const backend::StreamState before = follower.state();
     const StreamFollower::Step step = follower.follow(stream->state(), stream->configurationChanges(), now);
+    logStreamWarnings();
     if (step.stateChanged) {
         logStreamState(before);
         emit streamStateChanged();
@@ -156,9 +157,17 @@ void BackendSession::closeStream()
         return;
     followTimer.stop();
     output.stop();
+    logStreamWarnings();
     earlierLosses = sumOf(earlierLosses, stream->losses());
     stream.reset();
     follower = StreamFollower();
+}
+
+void BackendSession::logStreamWarnings()
+{
+    const QStringList warnings = stream->takeWarnings();
+    for (const QString &warning : warnings)
+        log.warning(warning);
 }
 
 void BackendSession::logStreamState(const backend::StreamState &before)

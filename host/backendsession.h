@@ -73,6 +73,7 @@ private:
     void openChannel();
     void openStream();
     void closeStream();
+    void logStreamWarnings();
     void logStreamState(const backend::StreamState &before);
 
     HostIOManager &ioManager;

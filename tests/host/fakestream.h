@@ -6,6 +6,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <utility>
 
 /// A stream of the lines and states that a test puts in, from any thread.
 class FakeStream : public backend::LineStream {
@@ -29,6 +30,11 @@ public:
     {
         const std::lock_guard lock(mutex);
         lost = newLosses;
+    }
+    void warn(const QString &warning)
+    {
+        const std::lock_guard lock(mutex);
+        warnings.append(warning);
     }
     void changeConfiguration()
     {
@@ -66,6 +72,11 @@ public:
         const std::lock_guard lock(mutex);
         return changes;
     }
+    QStringList takeWarnings() override
+    {
+        const std::lock_guard lock(mutex);
+        return std::exchange(warnings, {});
+    }
 
 private:
     mutable std::mutex mutex; // guards all that follows
@@ -75,4 +86,5 @@ private:
     backend::StreamState current{backend::StreamState::Phase::Live, {}};
     backend::StreamLosses lost;
     quint64 changes = 0;
+    QStringList warnings;
 };

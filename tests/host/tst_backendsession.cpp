@@ -65,6 +65,7 @@ private slots:
     void readsAConfigurationThatHasChanged();
     void followsNothingOnceItIsStopped();
     void endsWhileAStreamIsLost();
+    void logsWhatAStreamWarnsOf();
 
 private:
     static std::shared_ptr<FakeBackend> backendWith(int bodies, ProtocolVersion version);
@@ -387,6 +388,24 @@ void BackendSessionTest::endsWhileAStreamIsLost()
     follow(StreamState::Phase::Lost, 20000ms);
     follow(StreamState::Phase::Lost, 29999ms);
     QCOMPARE(observer->clears, 1); // the time counts for each stream anew
+}
+
+void BackendSessionTest::logsWhatAStreamWarnsOf()
+{
+    startOnAStream();
+    log->flush();
+    QStringList texts;
+    const QObject listening; // ends before the list does, while the log lives on
+    connect(log.get(), &HostLog::entryAdded, &listening, [&](const LogEntry &entry) {
+        if (entry.isWarning())
+            texts.append(entry.text);
+    });
+    stream->warn(QStringLiteral("One."));
+    QTRY_COMPARE(texts, QStringList{QStringLiteral("One.")});
+    stream->warn(QStringLiteral("Two."));
+    session->stopOutput(); // at once, so that none is lost
+    log->flush();
+    QCOMPARE(texts, (QStringList{QStringLiteral("One."), QStringLiteral("Two.")}));
 }
 
 QTEST_GUILESS_MAIN(BackendSessionTest)
