@@ -9,6 +9,7 @@
 #include "host/dockcycle.h"
 #include "host/hostlog.h"
 #include "host/logdock.h"
+#include "host/logmark.h"
 #include "interface/moduleinterface.h"
 
 #include <QAction>
@@ -54,8 +55,7 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     setObjectName(QStringLiteral("mainWindow"));
     resize(1280, 560); // both tables of a data display can be read without scrolling sideways
     setDockNestingEnabled(true);
-    addDockWidget(Qt::BottomDockWidgetArea, logDock);
-    connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
+    addLog();
     new DockBackground(*this, logDock->objectName());
     new DockCycle(this);
     addMenus(settings);
@@ -138,6 +138,22 @@ void MainWindow::showEvent(QShowEvent *event)
     for (const QDockWidget *dock : qAsConst(docks))
         heights << (dock == logDock ? logHeight : height());
     resizeDocks(docks, heights, Qt::Vertical);
+}
+
+void MainWindow::addLog()
+{
+    addDockWidget(Qt::BottomDockWidgetArea, logDock);
+    auto *mark = new LogMark;
+    statusBar()->addPermanentWidget(mark); // the first of them
+    mark->hide();
+    connect(&log, &HostLog::entryAdded, logDock, &LogDock::append);
+    connect(&log, &HostLog::entryAdded, mark, &LogMark::count);
+    connect(mark, &LogMark::clicked, this, [this, mark] {
+        logDock->showNewestWarning();
+        mark->reset();
+    });
+    connect(logDock, &LogDock::cleared, mark, &LogMark::reset);
+    connect(logDock, &LogDock::saved, this, [this](const QString &text) { statusBar()->showMessage(text, 10000); });
 }
 
 void MainWindow::addMenus(const BackendSettings &settings)

@@ -47,6 +47,7 @@ protected:
     void showEvent(QShowEvent *event) override;
 
 private:
+    void addLog();
     void addMenus(const BackendSettings &settings);
     /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);

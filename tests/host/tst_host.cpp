@@ -148,7 +148,7 @@ void HostTest::showsLogEntriesAsPlainText()
 {
     host->log().add(1, QStringLiteral("standard"), QStringLiteral("VORNAK4"),
                     QStringLiteral("Error: <b>Unable</b> to\nfind &amp;"));
-    QTRY_VERIFY(logText().contains(QStringLiteral("1  VORNAK4  Error: <b>Unable</b> to find &amp;")));
+    QTRY_VERIFY(logText().contains(QStringLiteral("warning  VORNAK4  Error: <b>Unable</b> to find &amp;")));
 }
 
 void HostTest::keepsTheLogBounded()
