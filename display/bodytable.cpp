@@ -83,10 +83,16 @@ void BodyTable::build(BodyConfiguration next)
     table.setRowEnabled(bodies.calibratedRows());
 
     const int rows = bodies.rows.size();
+    // Somebody who hears of the new rows, or of their emptiness, may call the panel again.
+    const auto isSuperseded = [&] {
+        return table.rowCount() != rows || bodies.rows.size() != rows || !shownRows.empty();
+    };
     table.setRowCount(rows);
+    if (isSuperseded())
+        return;
     table.clearContents();
-    if (table.rowCount() != rows || bodies.rows.size() != rows || !shownRows.empty())
-        return; // somebody who heard of the new rows has called the panel again
+    if (isSuperseded())
+        return;
     {
         const QSignalBlocker quiet(table.model()); // one signal for all cells, when all are there
         for (int row = 0; row < rows; ++row) {

@@ -58,6 +58,8 @@ struct AnsweredPanel : PanelFixture {
             QObject::connect(model, &QAbstractItemModel::rowsInserted, panel.get(), once);
         else if (signal == "rowsRemoved")
             QObject::connect(model, &QAbstractItemModel::rowsRemoved, panel.get(), once);
+        else if (signal == "modelReset")
+            QObject::connect(model, &QAbstractItemModel::modelReset, panel.get(), once);
         else
             qFatal("There is no signal %s", signal.constData());
     }
@@ -74,6 +76,8 @@ class TestNested : public QObject {
 private slots:
     void changesOfATable_data();
     void changesOfATable();
+    void rowsThatAreMade_data();
+    void rowsThatAreMade();
 };
 
 void TestNested::changesOfATable_data()
@@ -127,6 +131,45 @@ void TestNested::changesOfATable()
         QCOMPARE(fixture.table3d().item(row, MarkerIdColumn)->text(), QString::number(row));
         QCOMPARE(fixture.table3d().item(row, MarkerZColumn)->text(), QStringLiteral("3.00"));
     }
+}
+
+void TestNested::rowsThatAreMade_data()
+{
+    QTest::addColumn<QByteArray>("signal");
+    QTest::addColumn<int>("bodies"); // of the next configuration
+    QTest::addColumn<bool>("isCleared"); // else configured once more
+    for (const bool isCleared : {true, false}) {
+        const char *const call = isCleared ? "clearData" : "configurationChanged";
+        QTest::addRow("more bodies: %s", call) << QByteArray("rowsInserted") << 3 << isCleared;
+        QTest::addRow("fewer bodies: %s", call) << QByteArray("rowsRemoved") << 1 << isCleared;
+        QTest::addRow("no contents: %s", call) << QByteArray("modelReset") << 3 << isCleared;
+        QTest::addRow("as many bodies: %s", call) << QByteArray("dataChanged") << 2 << isCleared;
+    }
+}
+
+void TestNested::rowsThatAreMade()
+{
+    QFETCH(const QByteArray, signal);
+    QFETCH(const int, bodies);
+    QFETCH(const bool, isCleared);
+    AnsweredPanel fixture;
+    fixture.answerBodies(bodies);
+    fixture.answerSignal(fixture.table6d(), signal, [&] {
+        if (isCleared)
+            fixture.panel->clearData();
+        else
+            fixture.panel->configurationChanged();
+    });
+    fixture.panel->configurationChanged();
+    QVERIFY(fixture.answered > 0);
+    QCOMPARE(fixture.table6d().rowCount(), isCleared ? 0 : bodies);
+    QCOMPARE(fixture.viewTimer().isActive(), !isCleared);
+    if (isCleared)
+        fixture.panel->configurationChanged();
+    fixture.send("6di", bodyLine(bodies, "4 5 6"));
+    fixture.panel->updateView6d();
+    for (int row = 0; row < bodies; ++row)
+        QCOMPARE(fixture.text(row, XColumn), QStringLiteral("4.00"));
 }
 
 QTEST_MAIN(TestNested)
