@@ -36,6 +36,7 @@ private slots:
     void markersAreToldOnce();
     void changesAreToldWithoutTheLock();
     void whatOthersPutIntoCellsIsReplaced();
+    void nameThatIsPutBackIsTold();
     void whatOthersPutThereInAnswerIsReplaced();
     void coloursOfOthersAreReplaced_data();
     void coloursOfOthersAreReplaced();
@@ -154,6 +155,22 @@ void TestCellChanges::whatOthersPutIntoCellsIsReplaced()
     QCOMPARE(fixture.foreground(0, BodyIdColumn), QBrush(Qt::black));
     QCOMPARE(fixture.background(1, BodyIdColumn), QBrush(Qt::green));
     QCOMPARE(fixture.text(1, NameColumn), QStringLiteral("Body 2"));
+}
+
+void TestCellChanges::nameThatIsPutBackIsTold()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    fixture.answer("tracking reference", "standard b02");
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
+    panel.updateView6d();
+    fixture.table6d().item(1, NameColumn)->setText(QStringLiteral("?"));
+    const QSignalSpy spy(fixture.table6d().model(), &QAbstractItemModel::dataChanged);
+    panel.updateView6d();
+    QCOMPARE(fixture.text(1, NameColumn), QStringLiteral("Body 2"));
+    QCOMPARE(spy.count(), 1);
+    QCOMPARE(spy.at(0).at(0).toModelIndex(), fixture.table6d().model()->index(1, NameColumn));
 }
 
 void TestCellChanges::whatOthersPutThereInAnswerIsReplaced()

@@ -16,6 +16,7 @@ private slots:
     void pollingEndsWhereSensorsAreNoLongerAvailable();
     void clearingStopsWhatItsConfigurationStarted_data();
     void clearingStopsWhatItsConfigurationStarted();
+    void clearingEndsAChoiceOfTheOutputThatWaits();
 };
 
 void TestClearing::clearedPanel()
@@ -95,6 +96,21 @@ void TestClearing::clearingStopsWhatItsConfigurationStarted()
     QVERIFY(!fixture.viewTimer().isActive());
     // The polling is the configuration's that found the sensor: one that finds none takes no notice of it.
     QCOMPARE(fixture.sensorTimer().isActive(), !stopped);
+}
+
+void TestClearing::clearingEndsAChoiceOfTheOutputThatWaits()
+{
+    FullBackend fixture;
+    fixture.createConfiguredPanel();
+    const QString waiting = QStringLiteral("requestString output available 6di");
+    fixture.host.onCall = [&] {
+        if (fixture.host.calls.last() == waiting.toLatin1())
+            fixture.panel->clearData();
+    };
+    const QStringList calls = fixture.reconfigure();
+    fixture.host.onCall = nullptr;
+    QCOMPARE(calls.last(), waiting);
+    QCOMPARE(fixture.table6d().rowCount(), 0);
 }
 
 QTEST_MAIN(TestClearing)

@@ -10,6 +10,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <new>
+
 /// The dialog that the body table opens for a row, without its menu.
 class TestFilterOfRow : public QObject {
     Q_OBJECT
@@ -20,6 +22,7 @@ private slots:
     void followsTheHeadRow();
     void leavesNoDialogBehind();
     void asksNothingOfAnOldBackend();
+    void keepsItsCellWithoutMemoryForTheAnswer();
     void hostMayReleaseThePanelMeanwhile_data();
     void hostMayReleaseThePanelMeanwhile();
 };
@@ -108,6 +111,21 @@ void TestFilterOfRow::asksNothingOfAnOldBackend()
     table.displayFilterDlg();
     QCOMPARE(fixture.takeCalls(), QStringList());
     QCOMPARE(refreshed.size(), 0);
+}
+
+void TestFilterOfRow::keepsItsCellWithoutMemoryForTheAnswer()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    fixture.answer("body filter6d_enabled standard b01", "yes");
+    fixture.createConfiguredPanel();
+    fixture.answer("body filter6d_enabled standard b01", "no");
+    fixture.host.onCall = [] { throw std::bad_alloc(); };
+    fixture.panel->onUpdateFilterActiveStatus(0);
+    fixture.host.onCall = nullptr;
+    QCOMPARE(fixture.text(0, FilterColumn), QStringLiteral("active"));
+    fixture.panel->onUpdateFilterActiveStatus(0);
+    QCOMPARE(fixture.text(0, FilterColumn), QString());
 }
 
 void TestFilterOfRow::hostMayReleaseThePanelMeanwhile_data()

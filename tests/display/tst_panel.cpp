@@ -8,6 +8,8 @@
 #include <QMetaMethod>
 #include <QtTest>
 
+#include <new>
+
 namespace {
 
 const QStringList threeD{QStringLiteral("requestString output available 3d"),
@@ -50,6 +52,7 @@ private slots:
     void firstLineOfAConfigurationRedraws();
     void shutdownUnregistersThenSaves();
     void destructionSavesNothing();
+    void panelThatCannotBeMadeUnregisters();
 };
 
 void TestPanel::metaMethodsAreInTheirOrder()
@@ -361,6 +364,19 @@ void TestPanel::destructionSavesNothing()
     fixture.panel.reset();
     QCOMPARE(fixture.takeCalls(), QStringList());
     QVERIFY(!QFile::exists(fixture.preferencesFile()));
+}
+
+void TestPanel::panelThatCannotBeMadeUnregisters()
+{
+    PanelFixture fixture;
+    fixture.host.onCall = [&] {
+        if (fixture.host.calls.last().startsWith("requestString"))
+            throw std::bad_alloc();
+    };
+    QVERIFY_EXCEPTION_THROWN(fixture.createPanel(), std::bad_alloc);
+    const QStringList calls = fixture.takeCalls();
+    QCOMPARE(calls.first(), QStringLiteral("registerRequester"));
+    QCOMPARE(calls.last(), QStringLiteral("unregisterRequester"));
 }
 
 QTEST_MAIN(TestPanel)
