@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 #include "host/backendsession.h"
 
-#include "backend/trackingbackend.h"
 #include "host/hostiomanager.h"
 #include "host/hostlog.h"
 
@@ -20,6 +19,13 @@ QString versionText(const backend::ProtocolVersion &version)
 {
     const QString text = QStringLiteral("%1.%2").arg(version.major).arg(version.minor);
     return version.patch < 0 ? text : QStringLiteral("%1.%2").arg(text).arg(version.patch);
+}
+
+void set(BackendVersions &versions, const backend::ProtocolVersion &version)
+{
+    versions.backendMajor = version.major;
+    versions.backendMinor = version.minor;
+    versions.backendPatch = version.patch;
 }
 
 backend::StreamLosses sumOf(const backend::StreamLosses &a, const backend::StreamLosses &b)
@@ -42,6 +48,7 @@ BackendSession::~BackendSession() = default;
 
 void BackendSession::open(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
+    emit aboutToConnect(newBackend->name(), newBackend->version());
     disconnectBackend();
     backend = wrap ? wrap(std::move(newBackend)) : std::move(newBackend);
     epoch = backend::LineStream::Clock::now();
@@ -51,6 +58,7 @@ void BackendSession::open(std::shared_ptr<backend::TrackingBackend> newBackend)
 void BackendSession::start()
 {
     ioManager.announceConfiguration();
+    emit configured();
     // A requester may have run an event loop, and the operator disconnected in it, or chose another backend.
     if (connected && !stream)
         openStream();
@@ -66,6 +74,7 @@ void BackendSession::reconnect()
 {
     if (connected || !backend)
         return;
+    emit aboutToConnect(backend->name(), backend->version());
     openChannel();
     start();
 }
@@ -124,20 +133,22 @@ void BackendSession::followStream(backend::LineStream::Clock::time_point now)
                         .arg(StreamFollower::keptWhileLost.count()));
         ioManager.announceDisconnect();
     }
-    if (step.configure)
+    if (step.configure) {
+        emit aboutToConnect(backend->name(), backend->version());
+        set(versions, backend->version());
+        emit connectionChanged();
         ioManager.announceConfiguration();
+        emit configured();
+    }
 }
 
 void BackendSession::openChannel()
 {
     // The record comes first: modules read it while they ask the backend for its configuration.
-    const backend::ProtocolVersion version = backend->version();
-    versions.backendMajor = version.major;
-    versions.backendMinor = version.minor;
-    versions.backendPatch = version.patch;
+    set(versions, backend->version());
     ioManager.setBackend(backend);
     connected = true;
-    log.info(tr("Connected to %1, version %2.").arg(backend->name(), versionText(version)));
+    log.info(tr("Connected to %1, version %2.").arg(backend->name(), versionText(backend->version())));
     emit connectionChanged();
 }
 

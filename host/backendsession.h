@@ -3,6 +3,7 @@
 #pragma once
 
 #include "backend/linestream.h"
+#include "backend/trackingbackend.h"
 #include "host/linetotals.h"
 #include "host/outputthread.h"
 #include "host/streamfollower.h"
@@ -14,10 +15,6 @@
 #include <functional>
 #include <memory>
 #include <utility>
-
-namespace backend {
-class TrackingBackend;
-} // namespace backend
 
 namespace host {
 
@@ -65,9 +62,13 @@ public:
     void followStream(backend::LineStream::Clock::time_point now);
 
 signals:
+    /// A backend of this name and version will be connected, or has come back with it. The one before still answers.
+    void aboutToConnect(const QString &name, const backend::ProtocolVersion &version);
+    void configured(); ///< all requesters have read the configuration
     void streamOpened(); ///< lines flow from now on, their sequence anew
     void streamStateChanged();
-    void connectionChanged(); ///< connected, disconnected, or connected to a different backend
+    /// Connected, disconnected, or connected to a different backend or version; in front of the configuration.
+    void connectionChanged();
 
 private:
     void openChannel();

@@ -45,18 +45,19 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
     , ioManager(hostLog)
     , session(ioManager, versions, hostLog)
     , mainWindow(session, hostLog, options.settings)
-    , modules(hostLog)
+    , modules(hostLog, mainWindow, ioManager.subscriptions())
     , saving(this->options, mainWindow, [this] { return modules.entries(); })
 {
     mainWindow.backendMenu()->showChoice(options.choice);
     addTools();
     session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
+    // A picture shows the same on every machine, and taking one does not touch the operator's window.
+    const bool keepsLayout = !options.savesAndQuits();
+    followSession();
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
     modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
     hostLog.flush(); // without a module the reason is told at once
-    mainWindow.addEntries(modules.entries());
-    // A picture shows the same on every machine, and taking one does not touch the operator's window.
-    if (!options.savesAndQuits())
+    if (keepsLayout)
         mainWindow.restoreLayout();
     session.start();
 }
@@ -96,8 +97,7 @@ QString Host::shutDown()
     isDown = true;
     modules.aboutToUnload(); // while lines still flow, as modules have to expect
     session.stopOutput();
-    QString summary = LineAccount::text(session.counts(), panelLineCounts(modules.entries()));
-    mainWindow.removeEntries(modules.entries());
+    QString summary = LineAccount::text(session.counts(), modules.lineCounts());
     modules.unload();
     hostLog.flush();
     return summary;
@@ -131,6 +131,17 @@ void Host::addTools()
     QObject::connect(
         &watch, &BackendWatch::stoodStill, mainWindow.statusBar(),
         [bar = mainWindow.statusBar()](const QString &text) { bar->showMessage(text, toldFor); }, Qt::QueuedConnection);
+}
+
+void Host::followSession()
+{
+    QObject::connect(
+        &session, &BackendSession::aboutToConnect, &mainWindow,
+        [this](const QString &, const backend::ProtocolVersion &version) { modules.unloadUnlessFit(version); });
+    QObject::connect(&session, &BackendSession::connectionChanged, &mainWindow, [this] {
+        if (session.isConnected())
+            modules.loadAgain();
+    });
 }
 
 int Host::result(bool hadModules) const

@@ -8,7 +8,7 @@
 #include "host/hostlog.h"
 #include "host/logoutput.h"
 #include "host/mainwindow.h"
-#include "host/moduleloader.h"
+#include "host/moduleset.h"
 #include "host/options.h"
 #include "host/saveandquit.h"
 #include "interface/backendversions.h"
@@ -48,6 +48,7 @@ private:
     Q_DISABLE_COPY(Host)
 
     void addTools();
+    void followSession();
     /// Prints what was not done as asked. Returns the exit code.
     int result(bool hadModules) const;
 
@@ -60,7 +61,7 @@ private:
     HostIOManager ioManager;
     BackendSession session;
     MainWindow mainWindow;
-    ModuleLoader modules;
+    ModuleSet modules;
     SaveAndQuit saving;
     bool isDown = false;
     bool isEnding = false; // end() was called

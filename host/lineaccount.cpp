@@ -40,8 +40,9 @@ QString LineAccount::text(const LineTotals &counts, const std::optional<PanelLin
     }
     parts << tr("%1 refused").arg(counts.refused);
     if (panels) {
-        parts << tr("%1 ignored").arg(panels->ignored);
-        const quint64 accounted = panels->stored + panels->dropped + counts.refused + panels->ignored;
+        const quint64 ignored = panels->ignored + counts.ignored;
+        parts << tr("%1 ignored").arg(ignored);
+        const quint64 accounted = panels->stored + panels->dropped + counts.refused + ignored;
         if (accounted < counts.sent)
             parts << tr("%1 unaccounted for").arg(counts.sent - accounted);
         else if (accounted > counts.sent)

@@ -96,6 +96,7 @@ void ModuleLoader::unload()
                 tr("%1 could not be unloaded: %2.").arg(module.loader->fileName(), module.loader->errorString()));
     }
     modules.clear();
+    warned = false;
 }
 
 void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)

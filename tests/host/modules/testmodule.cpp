@@ -91,7 +91,8 @@ void TestModule::aboutToUnload()
     note(QStringLiteral("aboutToUnload"));
     if (panel->property("awaitingLine").toBool() && panel->awaitLine())
         note(QStringLiteral("a line came"));
-    ioManager->unregisterRequester(panel);
+    if (!qApp->property("staysRegistered").toBool())
+        ioManager->unregisterRequester(panel);
 }
 
 void TestModule::releaseWidgets()
@@ -121,6 +122,8 @@ QList<ModuleEntry *> TestModule::moduleEntries()
     auto *dock = new QDockWidget(QStringLiteral("First"), moduleParent);
     panel = new CountingPanel(ioManager);
     dock->setWidget(panel);
+    if (qApp->property("closedPanel").toBool())
+        dock->hide();
     const QString view = QStringLiteral("&View");
     const QString tools = QStringLiteral("&Tools");
     entries[0] = {new QAction(QStringLiteral("Late")), 300, tools, 1, nullptr, 0};

@@ -49,7 +49,8 @@ private:
 };
 
 /// A module with three entries in another order than they are to be shown in. It notes what the host does to it in the
-/// application's property "moduleCalls", a list of texts.
+/// application's property "moduleCalls", a list of texts. Of its other properties, "closedPanel" has the module hide
+/// its dock, and "staysRegistered" forget to unregister.
 class TestModule : public QObject, public ModuleInterface {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.zel.Vornak2.TestModule")
