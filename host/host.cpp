@@ -11,9 +11,12 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QMenu>
 #include <QStatusBar>
+#include <QThread>
 #include <QTimer>
+#include <QWindow>
 
 #include <cstdio>
 #include <utility>
@@ -32,6 +35,16 @@ BackendVersions ownVersions()
     versions.hostMinor = VORNAK_VERSION_MINOR;
     versions.hostPatch = VORNAK_VERSION_PATCH;
     return versions;
+}
+
+/// Returns when the window system shows \a window, or after a second: it may never do so.
+void waitUntilExposed(QWidget &window)
+{
+    const QDeadlineTimer deadline(1000);
+    while (!window.windowHandle()->isExposed() && !deadline.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        QThread::msleep(1);
+    }
 }
 
 } // namespace
@@ -53,7 +66,9 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
     session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
     // A picture shows the same on every machine, and taking one does not touch the operator's window.
     const bool keepsLayout = !options.savesAndQuits();
-    followSession();
+    if (keepsLayout)
+        mainWindow.restorePlace();
+    showConnection(); // before the first question: a backend may take long to answer
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
     modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
     hostLog.flush(); // without a module the reason is told at once
@@ -133,15 +148,21 @@ void Host::addTools()
         [bar = mainWindow.statusBar()](const QString &text) { bar->showMessage(text, toldFor); }, Qt::QueuedConnection);
 }
 
-void Host::followSession()
+void Host::showConnection()
 {
-    QObject::connect(
-        &session, &BackendSession::aboutToConnect, &mainWindow,
-        [this](const QString &, const backend::ProtocolVersion &version) { modules.unloadUnlessFit(version); });
+    mainWindow.show();
+    waitUntilExposed(mainWindow);
+    QObject::connect(&session, &BackendSession::aboutToConnect, &mainWindow,
+                     [this](const QString &name, const backend::ProtocolVersion &version) {
+                         mainWindow.statusBar()->showMessage(tr("Connecting to %1...").arg(name));
+                         mainWindow.repaint(); // the event loop comes too late
+                         modules.unloadUnlessFit(version);
+                     });
     QObject::connect(&session, &BackendSession::connectionChanged, &mainWindow, [this] {
         if (session.isConnected())
             modules.loadAgain();
     });
+    QObject::connect(&session, &BackendSession::configured, mainWindow.statusBar(), &QStatusBar::clearMessage);
 }
 
 int Host::result(bool hadModules) const

@@ -48,7 +48,7 @@ private:
     Q_DISABLE_COPY(Host)
 
     void addTools();
-    void followSession();
+    void showConnection();
     /// Prints what was not done as asked. Returns the exit code.
     int result(bool hadModules) const;
 

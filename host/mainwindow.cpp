@@ -15,6 +15,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
@@ -74,6 +75,7 @@ void MainWindow::addEntries(const QList<ModuleEntry *> &entries)
         if (entry->widget)
             addDock(*entry, number);
     }
+    divideRoom();
 }
 
 void MainWindow::removeEntries(const QList<ModuleEntry *> &entries)
@@ -92,11 +94,14 @@ void MainWindow::removeEntries(const QList<ModuleEntry *> &entries)
     moduleMenus.clear();
 }
 
+void MainWindow::restorePlace()
+{
+    restoreGeometry(QSettings().value(geometryKey).toByteArray());
+}
+
 void MainWindow::restoreLayout()
 {
-    const QSettings settings;
-    restoreGeometry(settings.value(geometryKey).toByteArray());
-    hasLayout = restoreState(settings.value(stateKey).toByteArray());
+    hasLayout = restoreState(QSettings().value(stateKey).toByteArray()) || hasLayout;
 }
 
 void MainWindow::saveLayout() const
@@ -124,13 +129,13 @@ void MainWindow::setStateInTitle(const QString &state)
     showTitle();
 }
 
-void MainWindow::showEvent(QShowEvent *event)
+void MainWindow::divideRoom()
 {
-    QMainWindow::showEvent(event);
-    if (hasLayout)
+    if (hasLayout || !isVisible())
         return;
     hasLayout = true;
-    // The modules get what the log leaves. On a window that is not laid out yet this would have no effect.
+    layout()->activate();
+    // The modules get what the log leaves.
     QList<QDockWidget *> docks = findChildren<QDockWidget *>(QString(), Qt::FindDirectChildrenOnly);
     docks.erase(std::remove_if(docks.begin(), docks.end(), [](const QDockWidget *dock) { return dock->isHidden(); }),
                 docks.end());
@@ -205,7 +210,10 @@ void MainWindow::addDock(const ModuleEntry &entry, int number)
     }
     if (dock->objectName().isEmpty()) // without a name its place can't be kept
         dock->setObjectName(QStringLiteral("moduleDock%1").arg(number));
+    const bool isHiddenByModule = dock->isHidden() && dock->testAttribute(Qt::WA_WState_ExplicitShowHide);
     addDockWidget(areaOf(entry), dock);
+    if (isVisible() && !isHiddenByModule)
+        dock->show(); // Qt would do so later, and a hidden dock has no room to divide
 }
 
 void MainWindow::showTitle()

@@ -29,7 +29,9 @@ public:
     /// Takes the entries out of menus and docks; the modules delete them afterwards.
     void removeEntries(const QList<ModuleEntry *> &entries);
 
-    /// Restores the window and its docks as they were at the last saveLayout(). After addEntries().
+    /// Restores the size and the place that the window had at the last saveLayout(). Before it is shown.
+    void restorePlace();
+    /// Restores the docks likewise. After addEntries().
     void restoreLayout();
     void saveLayout() const;
 
@@ -43,11 +45,9 @@ public:
     /// Puts \a state, such as "(frozen 3 s) ", in front of the title; empty: nothing.
     void setStateInTitle(const QString &state);
 
-protected:
-    void showEvent(QShowEvent *event) override;
-
 private:
     void addLog();
+    void divideRoom();
     void addMenus(const BackendSettings &settings);
     /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);
@@ -65,7 +65,7 @@ private:
     BackendMenu *backend = nullptr;
     QList<QPointer<QMenu>> moduleMenus; // made for the menu names of entries that were not there yet
     QString stateInTitle;
-    bool hasLayout = false; // restored, or given at the first show
+    bool hasLayout = false; // restored, or given to the first docks
 };
 
 } // namespace host
