@@ -7,11 +7,9 @@
 #include <QByteArray>
 #include <QDir>
 #include <QLibraryInfo>
-#include <QLoggingCategory>
 #include <QVector>
 
 #include <cstdlib>
-#include <cstring>
 #include <optional>
 
 namespace host {
@@ -43,13 +41,12 @@ void handleMessage(QtMsgType type, const QMessageLogContext &context, const QStr
 {
     if (isNoise(text))
         return;
-    const bool isOfPlatform = context.category && std::strncmp(context.category, "qt.qpa.", 7) == 0;
     if (startFacts && type == QtFatalMsg) {
         const QString reason = heldMessages.isEmpty() ? QString() : heldMessages.constFirst().text.trimmed();
         printError(PlatformStart::complaint(*startFacts, reason));
         std::_Exit(badInput);
     }
-    if (startFacts && isOfPlatform)
+    if (startFacts)
         heldMessages.append({type, context.category, text});
     else
         qtHandler(type, context, text);

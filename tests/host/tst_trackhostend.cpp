@@ -5,6 +5,7 @@
 #include <QDir>
 #include <QFile>
 #include <QImageReader>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
@@ -49,6 +50,7 @@ private slots:
     void savesThePictureInTheFormatOfItsName_data();
     void savesThePictureInTheFormatOfItsName();
     void savesWhatTheTablesShow();
+    void runsTheScriptOfTheReadme();
     void endsWithOneWhenTablesCannotBeSaved_data();
     void endsWithOneWhenTablesCannotBeSaved();
 
@@ -239,6 +241,28 @@ void TrackhostEndTest::savesWhatTheTablesShow()
     QVERIFY2(lines.at(1).endsWith(QStringLiteral("°C")), qPrintable(lines.at(1)));
     QVERIFY2(lines.at(1).section(QLatin1Char(','), 10, 10).endsWith(QLatin1Char('%')), qPrintable(lines.at(1)));
     QVERIFY(QFile::exists(tables + QStringLiteral("/tableWidget3d.csv")));
+}
+
+void TrackhostEndTest::runsTheScriptOfTheReadme()
+{
+    QFile readme(QStringLiteral(README));
+    QVERIFY(readme.open(QIODevice::ReadOnly));
+    const QStringList blocks = QString::fromUtf8(readme.readAll()).split(QStringLiteral("```"));
+    QStringList scripts = blocks.filter(QStringLiteral("./run --stdin"));
+    QCOMPARE(scripts.size(), 1);
+    QProcess shell;
+    shell.setWorkingDirectory(folder.path());
+    shell.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-c"), scripts.first().replace(QStringLiteral("./run"), program)});
+    const ProgramRun run = endOf(shell);
+    QCOMPARE(run.exitCode, 0);
+    QCOMPARE(run.err, QString());
+    const QStringList lines = run.out.split(QLatin1Char('\n'));
+    QVERIFY2(lines.value(0).startsWith(QStringLiteral("lines: ")), qPrintable(run.out));
+    QVERIFY2(lines.value(1).startsWith(QStringLiteral("Body ID,")), qPrintable(run.out));
+    static const QRegularExpression body(
+        QStringLiteral("\\A1,.*,\\d+\\.00,20\\.00,1500\\.00,0\\.00,0\\.00,0\\.00\r\\z"));
+    QVERIFY2(body.match(lines.value(2)).hasMatch(), qPrintable(run.out));
 }
 
 void TrackhostEndTest::endsWithOneWhenTablesCannotBeSaved_data()
