@@ -26,7 +26,7 @@ QString pathOf(const QString &name)
     return QStringLiteral(":/backend/scenarios/%1.json").arg(name);
 }
 
-ScenarioResult loadFile(const QString &fileName)
+ScenarioResult loadFile(const QString &fileName, ReadingProgress *progress = nullptr)
 {
     ScenarioResult result;
     QFile file(fileName);
@@ -35,7 +35,7 @@ ScenarioResult loadFile(const QString &fileName)
     else if (file.size() > largestFile)
         result.error = Backend::tr("%1 is larger than 16 MiB.").arg(fileName);
     else if (file.open(QIODevice::ReadOnly))
-        result = readScenario(file.readAll(), fileName);
+        result = readScenario(file.readAll(), fileName, progress);
     else
         result.error = Backend::tr("%1 cannot be read: %2.").arg(fileName, file.errorString());
     return result;
@@ -65,13 +65,13 @@ QString scenarioDescription(const QString &name)
     return result.scenario ? result.scenario->description : QString();
 }
 
-ScenarioResult loadScenario(const QString &nameOrPath)
+ScenarioResult loadScenario(const QString &nameOrPath, ReadingProgress *progress)
 {
     const QStringList names = scenarioNames();
     if (names.contains(nameOrPath))
         return loadFile(pathOf(nameOrPath));
     if (QFile::exists(nameOrPath))
-        return loadFile(nameOrPath);
+        return loadFile(nameOrPath, progress);
     ScenarioResult result;
     result.error = Backend::tr("%1 is neither a file nor one of the scenarios %2.")
                        .arg(nameOrPath, names.join(QStringLiteral(", ")));

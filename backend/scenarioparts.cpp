@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "backend/scenarioparts.h"
 
+#include "backend/readingprogress.h"
 #include "backend/texts.h"
 #include "backend/trajectory.h"
+
+#include <QFileInfo>
 
 namespace backend {
 
@@ -45,9 +48,10 @@ QVector<HeadTarget> readHeads(ObjectReader &reader, MotionReader &motions)
 
 } // namespace
 
-MotionReader::MotionReader(const QDir &folder, QStringList &warnings)
+MotionReader::MotionReader(const QDir &folder, QStringList &warnings, ReadingProgress *progress)
     : folder(folder)
     , warnings(warnings)
+    , progress(progress)
 {
 }
 
@@ -91,7 +95,9 @@ void MotionReader::readRecording(ObjectReader &reader, Motion &motion)
     if (name.isEmpty())
         reader.fail(key, Backend::tr("the name of a trajectory file is expected"));
     else if (!recordings.contains(fileName)) {
-        const TrajectoryResult file = loadTrajectory(fileName);
+        if (progress)
+            progress->total += QFileInfo(fileName).size();
+        const TrajectoryResult file = loadTrajectory(fileName, progress);
         warnings += file.warnings(fileName);
         recordings.insert(fileName, file.trajectory);
         if (!file.trajectory)

@@ -10,13 +10,16 @@
 
 namespace backend {
 
+struct ReadingProgress;
+
 constexpr int longestDescription = 180; ///< of scenarios, modes and presets [bytes]
 
 /// Reads motions, and each trajectory file that they name once.
 class MotionReader {
 public:
-    /// Trajectory files are looked for in \a folder. \a warnings outlives the reader.
-    MotionReader(const QDir &folder, QStringList &warnings);
+    /// Trajectory files are looked for in \a folder. \a warnings outlives the reader, and so does \a progress, unless
+    /// it is null.
+    MotionReader(const QDir &folder, QStringList &warnings, ReadingProgress *progress);
 
     /// The member "motion" of \a owner; at rest in the origin when it is not there.
     Motion read(ObjectReader &owner);
@@ -27,6 +30,7 @@ private:
 
     QDir folder;
     QStringList &warnings;
+    ReadingProgress *progress;
     QHash<QString, std::shared_ptr<const Trajectory>> recordings;
 };
 

@@ -52,7 +52,7 @@ void readOutputs(ObjectReader &reader, Scenario &scenario)
     outputs->finish();
 }
 
-Scenario readAll(ObjectReader &reader, const QDir &folder, QStringList &warnings)
+Scenario readAll(ObjectReader &reader, const QDir &folder, QStringList &warnings, ReadingProgress *progress)
 {
     Scenario scenario;
     scenario.description = reader.text(QStringLiteral("description"), {}, longestDescription);
@@ -62,7 +62,7 @@ Scenario readAll(ObjectReader &reader, const QDir &folder, QStringList &warnings
     scenario.fixedAngles = reader.flag(QStringLiteral("fixed_angles"), false);
     scenario.changeable = reader.flag(QStringLiteral("changeable"), true);
     readOutputs(reader, scenario);
-    MotionReader motions(folder, warnings);
+    MotionReader motions(folder, warnings, progress);
     // The bodies' filter settings are checked against what the filter offers to them, so all bodies come first.
     readFilterOffer(reader, scenario.filter);
     readBodies(reader, motions, scenario);
@@ -77,7 +77,7 @@ Scenario readAll(ObjectReader &reader, const QDir &folder, QStringList &warnings
 
 } // namespace
 
-ScenarioResult readScenario(const QByteArray &json, const QString &fileName)
+ScenarioResult readScenario(const QByteArray &json, const QString &fileName, ReadingProgress *progress)
 {
     ScenarioResult result;
     QJsonParseError fault{};
@@ -94,7 +94,7 @@ ScenarioResult readScenario(const QByteArray &json, const QString &fileName)
 
     QString error;
     ObjectReader reader(document.object(), {}, &error);
-    Scenario scenario = readAll(reader, QFileInfo(fileName).absoluteDir(), result.warnings);
+    Scenario scenario = readAll(reader, QFileInfo(fileName).absoluteDir(), result.warnings, progress);
     if (!error.isEmpty()) {
         result.error = fileName + QStringLiteral(": ") + error + QLatin1Char('.');
         return result;

@@ -3,8 +3,10 @@
 #include "host/backendmenu.h"
 
 #include "backend/scenarios.h"
+#include "host/backendreader.h"
 #include "host/backendsession.h"
 #include "host/hostlog.h"
+#include "host/sourcesettings.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -19,18 +21,27 @@ BackendMenu::BackendMenu(BackendSession &session, HostLog &log, BackendSettings 
     , session(session)
     , log(log)
     , settings(std::move(settings))
+    , reader(new BackendReader(this))
 {
     setObjectName(QStringLiteral("backendMenu"));
     setToolTipsVisible(true);
     disconnectAction = addAction(tr("&Disconnect"), &session, &BackendSession::disconnectBackend);
     disconnectAction->setObjectName(QStringLiteral("disconnectAction"));
-    connectAction = addAction(tr("&Connect"), &session, &BackendSession::reconnect);
+    connectAction = addAction(tr("&Connect"), this, &BackendMenu::reconnect);
     connectAction->setObjectName(QStringLiteral("connectAction"));
+    reconnectAction = addAction(tr("&Reconnect"), this, &BackendMenu::reconnect);
+    reconnectAction->setObjectName(QStringLiteral("reconnectAction"));
+    reconnectAction->setShortcut(Qt::CTRL | Qt::Key_R);
+    reconnectAction->setStatusTip(tr("Disconnect, if connected, and connect to the same backend again"));
     addSeparator();
     addScenarios();
-    addAction(tr("&Replay Files..."), this, &BackendMenu::chooseReplayFiles)
-        ->setObjectName(QStringLiteral("replayAction"));
     connect(&session, &BackendSession::connectionChanged, this, &BackendMenu::updateActions);
+    connect(reader, &BackendReader::finished, this, &BackendMenu::take);
+    connect(reader, &BackendReader::cancelled, this, [this](const BackendChoice &choice) {
+        const QString text = tr("The reading of %1 was cancelled.").arg(filesText(choice));
+        this->log.info(text);
+        giveUp(text);
+    });
     updateActions();
 }
 
@@ -42,18 +53,54 @@ void BackendMenu::showChoice(const BackendChoice &choice)
 
 bool BackendMenu::choose(const BackendChoice &choice)
 {
-    const BackendResult made = makeBackend(choice, settings);
+    if (hasFilesToRead(choice)) {
+        reader->start(choice, settings);
+        updateActions(); // the click has ticked what is not connected yet
+        return true;
+    }
+    reader->stop();
+    return take(choice, makeBackend(choice, settings));
+}
+
+void BackendMenu::replacePlaceholder(const BackendChoice &choice)
+{
+    hasPlaceholder = true;
+    choose(choice);
+}
+
+bool BackendMenu::take(const BackendChoice &choice, const BackendResult &made)
+{
     for (const QString &warning : made.warnings)
         log.warning(warning);
     if (!made.backend) {
         log.warning(made.error);
-        emit failed(made.error);
-        updateActions(); // the click has ticked what is not connected
+        giveUp(made.error);
         return false;
     }
+    const bool isOfTheStart = std::exchange(hasPlaceholder, false);
     current = choice;
     session.change(made.backend);
+    if (!isOfTheStart)
+        emit chosen(choice);
     return true;
+}
+
+void BackendMenu::giveUp(const QString &text)
+{
+    emit failed(text);
+    if (hasPlaceholder)
+        session.disconnectBackend();
+    updateActions(); // the click has ticked what is not connected
+}
+
+void BackendMenu::reconnect()
+{
+    if (hasPlaceholder) {
+        choose(current);
+        return;
+    }
+    session.disconnectBackend();
+    session.reconnect();
 }
 
 void BackendMenu::addScenarios()
@@ -80,25 +127,20 @@ void BackendMenu::addScenarios()
 
 void BackendMenu::chooseScenarioFile()
 {
-    const QString file = QFileDialog::getOpenFileName(parentWidget(), tr("Choose a Scenario"), QString(),
-                                                      tr("Scenarios (*.json);;All files (*)"));
-    if (!file.isEmpty())
-        choose({file, {}});
-}
-
-void BackendMenu::chooseReplayFiles()
-{
-    const QStringList files =
-        QFileDialog::getOpenFileNames(parentWidget(), tr("Choose Trajectories to Replay, One for Each Body"), QString(),
-                                      tr("Trajectories (*.txt *.tum);;All files (*)"));
-    if (!files.isEmpty())
-        choose({QString(), files});
+    auto *dialog = new QFileDialog(parentWidget(), tr("Choose a Scenario"), sourcesettings::lastFolder(),
+                                   tr("Scenarios (*.json);;All files (*)"));
+    dialog->setObjectName(QStringLiteral("scenarioDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    connect(dialog, &QFileDialog::fileSelected, this, [this](const QString &file) { choose({file, {}}); });
+    dialog->open();
 }
 
 void BackendMenu::updateActions()
 {
     disconnectAction->setEnabled(session.isConnected());
     connectAction->setEnabled(!session.isConnected() && !session.backendName().isEmpty());
+    reconnectAction->setEnabled(!session.backendName().isEmpty());
     const QList<QAction *> actions = scenarios->actions();
     for (QAction *action : actions)
         action->setChecked(current.replayFiles.isEmpty() && action->data() == current.scenario);

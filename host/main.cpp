@@ -1,11 +1,13 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
+#include "host/backendmenu.h"
 #include "host/commandline.h"
 #include "host/endsignals.h"
 #include "host/host.h"
 #include "host/platformstart.h"
 #include "host/qtarguments.h"
 #include "host/standarderror.h"
+#include "host/startbackend.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -42,7 +44,7 @@ int refuse(const QString &complaint)
 /// What the program needs of the machine before it shows a window. Without a backend, complaint says why.
 struct Means {
     std::unique_ptr<host::LogFile> logFile;
-    host::BackendResult backend;
+    host::StartBackend start;
     QString complaint;
 };
 
@@ -61,8 +63,8 @@ Means meansFor(const host::HostOptions &options)
             return means;
         }
     }
-    means.backend = host::makeBackend(options.choice, options.settings);
-    means.complaint = means.backend.error;
+    means.start = host::startBackend(options);
+    means.complaint = means.start.made.error;
     return means;
 }
 
@@ -90,6 +92,8 @@ int main(int argc, char **argv)
     QCoreApplication::setOrganizationName(QStringLiteral("VORNAK"));
     QCoreApplication::setApplicationName(QStringLiteral("trackhost"));
     QCoreApplication::setApplicationVersion(QStringLiteral(VORNAK_VERSION));
+    QGuiApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QGuiApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     const auto [qts, result] = read(argc, argv);
     if (result.kind == host::OptionsResult::Kind::Answer) {
         std::printf("%s\n", qPrintable(result.text));
@@ -98,17 +102,21 @@ int main(int argc, char **argv)
     if (result.kind == host::OptionsResult::Kind::Error)
         return refuse(result.text);
     Means means = meansFor(result.options);
-    if (!means.backend.backend)
+    if (!means.start.made.backend)
         return refuse(means.complaint);
 
     host::QtArguments qtArguments(qts);
     std::optional<host::PlatformStart> platform(qts);
     const QApplication application(qtArguments.count(), qtArguments.values());
     platform.reset();
-    host::Host host(result.options, means.backend.backend, host::ModuleLoader::folders(result.options.modulesFolder),
+    host::HostOptions options = result.options;
+    options.choice = means.start.choice;
+    host::Host host(options, means.start.made.backend, host::ModuleLoader::folders(result.options.modulesFolder),
                     std::move(means.logFile));
-    for (const QString &warning : qAsConst(means.backend.warnings))
+    for (const QString &warning : qAsConst(means.start.made.warnings))
         host.log().warning(warning);
+    if (means.start.made.isPlaceholder)
+        host.window().backendMenu()->replacePlaceholder(options.choice);
     const host::EndSignals endSignals;
     QObject::connect(&endSignals, &host::EndSignals::endRequested, &host.window(), [&host] { host.end(); });
     return host.run();

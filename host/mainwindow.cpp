@@ -7,23 +7,38 @@
 #include "host/connectionstatus.h"
 #include "host/dockbackground.h"
 #include "host/dockcycle.h"
+#include "host/filemenu.h"
 #include "host/hostlog.h"
+#include "host/keyspage.h"
 #include "host/logdock.h"
 #include "host/logmark.h"
+#include "host/readingstatus.h"
 #include "interface/moduleinterface.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QDragEnterEvent>
+#include <QDropEvent>
+#include <QIcon>
 #include <QLayout>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
+#include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
 #include <QWhatsThis>
 
 #include <algorithm>
+
+/// Registers the pictures compiled into this library, which a linker would leave out otherwise. Has to stand outside of
+/// any namespace.
+static void registerPictures()
+{
+    Q_INIT_RESOURCE(host);
+}
 
 namespace host {
 
@@ -32,6 +47,9 @@ namespace {
 const QLatin1String geometryKey("window/geometry");
 const QLatin1String stateKey("window/state");
 
+constexpr QSize firstWindow(1280, 560); // both tables of a data display can be read without scrolling sideways
+constexpr QSize windowFrame(10, 40); // of a window manager, at most [pixels]
+constexpr int messageTime = 10000; // [ms]
 constexpr int logHeight = 110; // [pixels], a few lines
 
 Qt::DockWidgetArea areaOf(const ModuleEntry &entry)
@@ -46,6 +64,15 @@ Qt::DockWidgetArea areaOf(const ModuleEntry &entry)
     }
 }
 
+QIcon ownIcon()
+{
+    registerPictures();
+    QIcon icon;
+    for (const char *name : {"16", "32", "64", "256"})
+        icon.addFile(QStringLiteral(":/host/icon/trackhost-%1.png").arg(QLatin1String(name)));
+    return icon;
+}
+
 } // namespace
 
 MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSettings &settings)
@@ -54,12 +81,15 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     , logDock(new LogDock(this))
 {
     setObjectName(QStringLiteral("mainWindow"));
-    resize(1280, 560); // both tables of a data display can be read without scrolling sideways
+    resize(firstWindow);
     setDockNestingEnabled(true);
     addLog();
     new DockBackground(*this, logDock->objectName());
     new DockCycle(this);
     addMenus(settings);
+    statusBar()->addPermanentWidget(new ReadingStatus(*backend->backendReader()));
+    setAcceptDrops(true);
+    setWindowIcon(ownIcon());
     connect(&session, &BackendSession::connectionChanged, this, &MainWindow::showTitle);
     showTitle();
     new ConnectionStatus(session, statusBar());
@@ -96,7 +126,8 @@ void MainWindow::removeEntries(const QList<ModuleEntry *> &entries)
 
 void MainWindow::restorePlace()
 {
-    restoreGeometry(QSettings().value(geometryKey).toByteArray());
+    if (!restoreGeometry(QSettings().value(geometryKey).toByteArray()))
+        resize(size().boundedTo(screen()->availableSize() - windowFrame));
 }
 
 void MainWindow::restoreLayout()
@@ -158,32 +189,57 @@ void MainWindow::addLog()
         mark->reset();
     });
     connect(logDock, &LogDock::cleared, mark, &LogMark::reset);
-    connect(logDock, &LogDock::saved, this, [this](const QString &text) { statusBar()->showMessage(text, 10000); });
+    connect(logDock, &LogDock::saved, this, [this](const QString &text) { statusBar()->showMessage(text, messageTime); });
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (!FileMenu::filesOf(*event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent *event)
+{
+    const QStringList files = FileMenu::filesOf(*event->mimeData());
+    if (files.isEmpty())
+        return;
+    event->acceptProposedAction();
+    file->open(files);
 }
 
 void MainWindow::addMenus(const BackendSettings &settings)
 {
-    file = menuBar()->addMenu(tr("&File"));
-    file->setObjectName(QStringLiteral("fileMenu"));
-    QAction *quit = file->addAction(tr("&Quit"), this, &QWidget::close);
-    quit->setObjectName(QStringLiteral("quitAction"));
-    quit->setShortcut(QKeySequence::Quit);
+    const auto showFailure = [this](const QString &text) { statusBar()->showMessage(text, messageTime); };
+    backend = new BackendMenu(session, log, settings, this);
+    connect(backend, &BackendMenu::failed, this, showFailure);
+    file = new FileMenu(*backend, this);
+    connect(file, &FileMenu::failed, this, showFailure);
+    menuBar()->addMenu(file);
 
     view = menuBar()->addMenu(tr("&View"));
     view->setObjectName(QStringLiteral("viewMenu"));
     view->addAction(logDock->toggleViewAction());
     firstOwnView = logDock->toggleViewAction();
 
-    backend = new BackendMenu(session, log, settings, this);
     menuBar()->addMenu(backend);
-    connect(backend, &BackendMenu::failed, this,
-            [this](const QString &text) { statusBar()->showMessage(text, 10000); });
+    addHelpMenu();
+}
 
+void MainWindow::addHelpMenu()
+{
     help = menuBar()->addMenu(tr("&Help"));
     help->setObjectName(QStringLiteral("helpMenu"));
     QAction *whatsThis = QWhatsThis::createAction(this);
     whatsThis->setObjectName(QStringLiteral("whatsThisAction"));
     help->addAction(whatsThis);
+    auto *keys = new KeysPage(this);
+    QAction *showKeys = help->addAction(tr("&Keys"), keys, [keys] {
+        keys->show();
+        keys->raise();
+        keys->activateWindow();
+    });
+    showKeys->setObjectName(QStringLiteral("keysAction"));
+    showKeys->setStatusTip(tr("List the keys of this window"));
     help->addAction(tr("&About %1").arg(QApplication::applicationDisplayName()), this, &MainWindow::showAbout)
         ->setObjectName(QStringLiteral("aboutAction"));
 }

@@ -14,6 +14,7 @@ namespace host {
 
 class BackendMenu;
 class BackendSession;
+class FileMenu;
 class HostLog;
 class LogDock;
 
@@ -29,7 +30,8 @@ public:
     /// Takes the entries out of menus and docks; the modules delete them afterwards.
     void removeEntries(const QList<ModuleEntry *> &entries);
 
-    /// Restores the size and the place that the window had at the last saveLayout(). Before it is shown.
+    /// Restores the size and the place that the window had at the last saveLayout(), or gives it a size that the screen
+    /// has room for. Before it is shown.
     void restorePlace();
     /// Restores the docks likewise. After addEntries().
     void restoreLayout();
@@ -45,9 +47,15 @@ public:
     /// Puts \a state, such as "(frozen 3 s) ", in front of the title; empty: nothing.
     void setStateInTitle(const QString &state);
 
+protected:
+    // Recordings and scenarios may be dropped anywhere.
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
 private:
     void addLog();
     void divideRoom();
+    void addHelpMenu();
     void addMenus(const BackendSettings &settings);
     /// The menu with this title, made in front of "&Help" if there is none.
     QMenu *menuNamed(const QString &title);
@@ -58,7 +66,7 @@ private:
     BackendSession &session;
     HostLog &log;
     LogDock *logDock = nullptr;
-    QMenu *file = nullptr;
+    FileMenu *file = nullptr;
     QMenu *view = nullptr;
     QMenu *help = nullptr;
     QAction *firstOwnView = nullptr; // of "&View": where the modules' entries end

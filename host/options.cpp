@@ -65,6 +65,8 @@ HostOptions optionsOf(const CommandLine &line, OptionValues *values)
     const QCommandLineParser &parser = line.parser;
     HostOptions options;
     options.choice = choiceOf(line);
+    options.isSourceNamed = options.choice.standardInput || !options.choice.replayFiles.isEmpty()
+        || parser.isSet(option::simulate) || !parser.positionalArguments().isEmpty();
     options.settings.rate = values->rate(option::rate);
     options.settings.version = values->version(option::backendVersion);
     options.settings.faults = values->faults(option::fail);

@@ -27,6 +27,7 @@ struct HostOptions {
     std::optional<std::chrono::milliseconds> duration; ///< nothing: until the operator quits
     QString logFile; ///< empty: none is written
     Clock::time_point start = Clock::now(); ///< of the program, as far as it can know
+    bool isSourceNamed = false; ///< a scenario, recordings or standard input; else the choice is the default scenario
 
     /// Whether the run ends by itself once a picture or tables are saved. Such a run is the same on every machine and
     /// leaves the operator's window alone.

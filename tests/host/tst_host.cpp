@@ -54,8 +54,10 @@ void HostTest::showsTheModuleInMenusAndDocks()
     QCOMPARE(menuTexts("viewMenu"),
              (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Command Journal"),
                           QStringLiteral("&Log")}));
-    QCOMPARE(menuTexts("fileMenu"), (QStringList{QStringLiteral("Save &Tables…"), QStringLiteral("&Quit")}));
-    QCOMPARE(menuTexts("helpMenu").size(), 3);
+    QCOMPARE(menuTexts("fileMenu"),
+             (QStringList{QStringLiteral("&Open Recording…"), QStringLiteral("Open &Recent"), QString(),
+                          QStringLiteral("Save &Tables…"), QStringLiteral("&Quit")}));
+    QCOMPARE(menuTexts("helpMenu").size(), 4);
     QVERIFY(action("whatsThisAction")->isEnabled());
 
     QDockWidget *dock = nullptr;

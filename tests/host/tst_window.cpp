@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "host/backendmenu.h"
+#include "host/keyspage.h"
 #include "host/logdock.h"
 #include "tests/host/hostfixture.h"
 
@@ -8,6 +9,7 @@
 #include <QDockWidget>
 #include <QLabel>
 #include <QMenu>
+#include <QScreen>
 #include <QTableWidget>
 #include <QTest>
 
@@ -29,6 +31,11 @@ private slots:
     void panelsAboveTheLogShareTheRoom();
     void titleNamesTheSource();
     void viewMenuHoldsModulesThenOwnEntriesThenTheLog();
+    void theFirstWindowFitsTheScreen();
+    void aPictureHasItsOwnSize();
+    void hasAnIcon();
+    void listsEveryKey();
+    void listsKeysThatComeLater();
 
 private:
     int tableHeight() const
@@ -177,6 +184,76 @@ void WindowTest::viewMenuHoldsModulesThenOwnEntriesThenTheLog()
              (QStringList{QStringLiteral("One"), QStringLiteral("Two"), QStringLiteral("&Log")}));
     host->shutDown();
     QCOMPARE(menuTexts("viewMenu"), before.mid(1));
+}
+
+void WindowTest::theFirstWindowFitsTheScreen()
+{
+    const QSize screen = host->window().screen()->availableSize();
+    QVERIFY2(screen.width() < 1280, "the window would fit anyway");
+    startAnew();
+    const QSize first = host->window().size();
+    QVERIFY2(first.width() < screen.width() && first.width() > screen.width() - 20,
+             qPrintable(QString::number(first.width())));
+    QVERIFY(first.height() < screen.height());
+    QCOMPARE(first.height(), 560); // there is room for it
+}
+
+void WindowTest::aPictureHasItsOwnSize()
+{
+    HostOptions options;
+    options.screenshotFile = home->filePath(QStringLiteral("picture.png"));
+    start(panelModule(), options);
+    QCOMPARE(host->window().size(), QSize(1280, 560));
+}
+
+void WindowTest::hasAnIcon()
+{
+    const QIcon icon = host->window().windowIcon();
+    for (const int size : {16, 32, 64, 256}) {
+        const QImage picture = icon.pixmap(size, size).toImage();
+        QCOMPARE(picture.size(), QSize(size, size));
+        QCOMPARE(picture.pixelColor(0, 0).alpha(), 0); // round corners
+        QVERIFY(picture.pixelColor(size / 2, size - size / 8).alpha() == 255);
+    }
+}
+
+void WindowTest::listsEveryKey()
+{
+    const QVector<KeyEntry> entries = keysOf(host->window());
+    QStringList lines;
+    for (const KeyEntry &entry : entries)
+        lines << entry.keys + QStringLiteral(": ") + entry.text;
+    const QString all = lines.join(QLatin1Char('\n'));
+    for (const char *line : {"Ctrl+O: File > Open Recording", "Ctrl+Q: File > Quit", "F10: View > ",
+                             "Ctrl+R: Backend > Reconnect", "Shift+F1: Help > What's This?", "F6: "})
+        QVERIFY2(all.contains(QLatin1String(line)), qPrintable(all));
+    // What has a key is there, whoever made it.
+    const QList<QAction *> actions = host->window().findChildren<QAction *>();
+    for (const QAction *each : actions) {
+        if (each->shortcut().isEmpty() || each->associatedWidgets().isEmpty())
+            continue;
+        const QString keys = each->shortcut().toString(QKeySequence::NativeText);
+        QVERIFY2(all.contains(keys), qPrintable(keys));
+    }
+    QCOMPARE(lines.removeDuplicates(), 0);
+}
+
+void WindowTest::listsKeysThatComeLater()
+{
+    auto *added = new QAction(QStringLiteral("Later..."), &host->window());
+    added->setShortcuts({QKeySequence(Qt::CTRL | Qt::Key_J), QKeySequence(Qt::Key_F7)});
+    host->window().addViewAction(added);
+    action("keysAction")->trigger();
+    auto *page = host->window().findChild<KeysPage *>();
+    QVERIFY(page && page->isVisible());
+    const auto *table = page->findChild<QTableWidget *>();
+    QVERIFY(!table->accessibleName().isEmpty());
+    QCOMPARE(table->rowCount(), keysOf(host->window()).size());
+    const QList<QTableWidgetItem *> found = table->findItems(QStringLiteral("View > Later"), Qt::MatchExactly);
+    QCOMPARE(found.size(), 1);
+    QCOMPARE(table->item(found.first()->row(), 0)->text(), QStringLiteral("Ctrl+J; F7"));
+    QTest::keyClick(page, Qt::Key_Escape);
+    QVERIFY(!page->isVisible());
 }
 
 QTEST_MAIN(WindowTest)
