@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-
+#include "display/cellrange.h"
 #include "tests/support/panelfixture.h"
 
 #include <QSignalSpy>
@@ -33,10 +33,13 @@ private slots:
     void changesAreToldOnce_data();
     void changesAreToldOnce();
     void changedRectangle();
+    void rangeTakesCellsInAnyOrder();
     void markersAreToldOnce();
     void changesAreToldWithoutTheLock();
     void whatOthersPutIntoCellsIsReplaced();
     void nameThatIsPutBackIsTold();
+    void bodyThatReturnsToTheOriginIsShownThere();
+    void rowsThatOthersRemoveAreDrawnAnew();
     void whatOthersPutThereInAnswerIsReplaced();
     void coloursOfOthersAreReplaced_data();
     void coloursOfOthersAreReplaced();
@@ -95,6 +98,25 @@ void TestCellChanges::changedRectangle()
     const QModelIndex bottomRight = spy.at(0).at(1).toModelIndex();
     QCOMPARE(topLeft, fixture.table6d().model()->index(1, YColumn));
     QCOMPARE(bottomRight, fixture.table6d().model()->index(2, ZColumn));
+}
+
+void TestCellChanges::rangeTakesCellsInAnyOrder()
+{
+    QTableWidget table(9, 9);
+    QSignalSpy spy(table.model(), &QAbstractItemModel::dataChanged);
+    CellRange range;
+    QVERIFY(range.isEmpty());
+    range.add(4, 4);
+    range.add(2, 5);
+    range.add(6, 3);
+    range.emitDataChanged(*table.model());
+    range.addRow(1, 2);
+    range.emitDataChanged(*table.model());
+    QCOMPARE(spy.count(), 2);
+    QCOMPARE(spy.at(0).at(0).toModelIndex(), table.model()->index(2, 3));
+    QCOMPARE(spy.at(0).at(1).toModelIndex(), table.model()->index(6, 5));
+    QCOMPARE(spy.at(1).at(0).toModelIndex(), table.model()->index(1, 0));
+    QCOMPARE(spy.at(1).at(1).toModelIndex(), table.model()->index(6, 5));
 }
 
 void TestCellChanges::markersAreToldOnce()
@@ -173,6 +195,32 @@ void TestCellChanges::nameThatIsPutBackIsTold()
     QCOMPARE(spy.at(0).at(0).toModelIndex(), fixture.table6d().model()->index(1, NameColumn));
 }
 
+void TestCellChanges::bodyThatReturnsToTheOriginIsShownThere()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(1);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    for (const char *const x : {"0", "1", "0", "1"}) {
+        const QByteArray position = QByteArray(x) + " 0 0";
+        QCOMPARE(fixture.send("6di", "6di 1 " + bodyText(0, "2", "1.0", position.constData())), 0);
+        panel.updateView6d();
+        QCOMPARE(fixture.text(0, XColumn), QString::fromUtf8(x) + QStringLiteral(".00"));
+    }
+}
+
+void TestCellChanges::rowsThatOthersRemoveAreDrawnAnew()
+{
+    PanelFixture fixture;
+    fixture.answerBodies(2);
+    DataDisplay &panel = fixture.createConfiguredPanel();
+    QCOMPARE(fixture.send("6di", twoBodies), 0);
+    panel.updateView6d();
+    fixture.table6d().removeRow(0);
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("4.00"));
+    panel.updateView6d();
+    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+}
+
 void TestCellChanges::whatOthersPutThereInAnswerIsReplaced()
 {
     PanelFixture fixture;
@@ -213,8 +261,10 @@ void TestCellChanges::coloursOfOthersAreReplaced()
     panel.updateView6d();
     for (int round = 0; round < 2; ++round) {
         fixture.table6d().item(0, BodyIdColumn)->setBackground(Qt::magenta);
+        const QSignalSpy spy(fixture.table6d().model(), &QAbstractItemModel::dataChanged);
         panel.updateView6d();
         QTEST(fixture.background(0, BodyIdColumn), "expected");
+        QCOMPARE(spy.count(), 1);
     }
 }
 
