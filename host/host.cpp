@@ -5,6 +5,7 @@
 #include "host/backendmenu.h"
 #include "host/journaldock.h"
 #include "host/lineaccount.h"
+#include "host/readableselections.h"
 #include "host/savetablesaction.h"
 #include "host/slowquestions.h"
 #include "host/standarderror.h"
@@ -63,6 +64,7 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
 {
     mainWindow.backendMenu()->showChoice(options.choice);
     addTools();
+    new ReadableSelections(&mainWindow); // of what is the host's own
     session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
     // A picture shows the same on every machine, and taking one does not touch the operator's window.
     const bool keepsLayout = !options.savesAndQuits();

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: the VORNAK data display authors
+// SPDX-License-Identifier: MIT
+#include "host/readableselections.h"
+
+#include <QAbstractScrollArea>
+#include <QApplication>
+#include <QChildEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace host {
+
+namespace {
+
+constexpr double leastContrast = 4.5;
+
+/// How bright a colour of sRGB is, from 0 to 1.
+double luminance(const QColor &color)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor &one, const QColor &other)
+{
+    const double first = luminance(one);
+    const double second = luminance(other);
+    return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
+}
+
+} // namespace
+
+ReadableSelections::ReadableSelections(QWidget *root)
+    : QObject(root)
+{
+    const QList<QWidget *> all = root->findChildren<QWidget *>();
+    for (QWidget *widget : all) {
+        if (qobject_cast<QAbstractScrollArea *>(widget) || qobject_cast<QLineEdit *>(widget)
+            || qobject_cast<QMenu *>(widget))
+            widgets.append(widget);
+        else if (qobject_cast<QMenuBar *>(widget))
+            widget->installEventFilter(this);
+    }
+    connect(qApp, &QGuiApplication::paletteChanged, this, &ReadableSelections::choose);
+    choose();
+}
+
+bool ReadableSelections::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ChildPolished) {
+        if (auto *menu = qobject_cast<QMenu *>(static_cast<QChildEvent *>(event)->child())) {
+            widgets.append(menu);
+            choose();
+        }
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+void ReadableSelections::choose()
+{
+    QPalette palette; // what is not set here follows the desktop
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor background = palette.color(group, QPalette::Highlight);
+        if (contrast(palette.color(group, QPalette::HighlightedText), background) >= leastContrast)
+            continue;
+        const bool isDark = contrast(Qt::white, background) > contrast(Qt::black, background);
+        palette.setColor(group, QPalette::HighlightedText, isDark ? Qt::white : Qt::black);
+    }
+    for (const QPointer<QWidget> &widget : qAsConst(widgets)) {
+        if (widget)
+            widget->setPalette(palette);
+    }
+}
+
+} // namespace host
