@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QFileDialog>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QToolButton>
@@ -98,7 +99,9 @@ QWidget *LogDock::makeTools()
     layout->setContentsMargins(0, 0, 0, 0);
     levelFilter = new QComboBox;
     levelFilter->setObjectName(QStringLiteral("logLevelFilter"));
-    levelFilter->setAccessibleName(tr("Entries shown"));
+    auto *levelLabel =
+        new QLabel(tr("Show:")); // names the box for screen readers, too: they read its value as its name
+    levelLabel->setBuddy(levelFilter);
     levelFilter->addItems({tr("All entries"), tr("Warnings")});
     connect(levelFilter, QOverload<int>::of(&QComboBox::currentIndexChanged), this, &LogDock::showAll);
     textFilter = new QLineEdit;
@@ -106,12 +109,14 @@ QWidget *LogDock::makeTools()
     textFilter->setAccessibleName(tr("Text in the entries shown"));
     textFilter->setPlaceholderText(tr("Filter"));
     textFilter->setClearButtonEnabled(true);
+    textFilter->findChild<QToolButton *>()->setAccessibleName(tr("Clear the filter"));
     connect(textFilter, &QLineEdit::textChanged, this, &LogDock::showAll);
     auto *saveButton = makeButton(QStringLiteral("logSaveButton"), tr("Save…"), tr("Save all entries of the log"));
     connect(saveButton, &QToolButton::clicked, this, &LogDock::chooseFile);
     auto *clearButton =
         makeButton(QStringLiteral("logClearButton"), tr("Clear"), tr("Remove all entries from the log"));
     connect(clearButton, &QToolButton::clicked, this, &LogDock::clear);
+    layout->addWidget(levelLabel);
     layout->addWidget(levelFilter);
     layout->addWidget(textFilter, 1);
     layout->addWidget(saveButton);
