@@ -6,7 +6,10 @@
 #include <QSignalSpy>
 #include <QtTest>
 
+#include <functional>
 #include <utility>
+
+Q_DECLARE_METATYPE(std::function<void(QTableWidget &)>)
 
 namespace {
 
@@ -39,7 +42,8 @@ private slots:
     void whatOthersPutIntoCellsIsReplaced();
     void nameThatIsPutBackIsTold();
     void bodyThatReturnsToTheOriginIsShownThere();
-    void rowsThatOthersRemoveAreDrawnAnew();
+    void cellsThatOthersShiftAreDrawnAnew_data();
+    void cellsThatOthersShiftAreDrawnAnew();
     void whatOthersPutThereInAnswerIsReplaced();
     void coloursOfOthersAreReplaced_data();
     void coloursOfOthersAreReplaced();
@@ -208,17 +212,39 @@ void TestCellChanges::bodyThatReturnsToTheOriginIsShownThere()
     }
 }
 
-void TestCellChanges::rowsThatOthersRemoveAreDrawnAnew()
+void TestCellChanges::cellsThatOthersShiftAreDrawnAnew_data()
 {
+    QTest::addColumn<std::function<void(QTableWidget &)>>("shift");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<QString>("x"); // of that row, after the shift and a redraw
+    const auto row = [](const char *name, const std::function<void(QTableWidget &)> &shift, int index, const char *x) {
+        QTest::newRow(name) << shift << index << QString::fromUtf8(x);
+    };
+    row(
+        "a row is removed", [](QTableWidget &table) { table.removeRow(0); }, 0, "1.00");
+    row(
+        "a row is inserted", [](QTableWidget &table) { table.insertRow(0); }, 1, "4.00");
+    row(
+        "a column is removed", [](QTableWidget &table) { table.removeColumn(NameColumn); }, 0, "1.00");
+    row(
+        "a column is inserted", [](QTableWidget &table) { table.insertColumn(YColumn - 1); }, 0, "<no item>");
+    row(
+        "the rows are sorted", [](QTableWidget &table) { table.sortItems(YColumn, Qt::DescendingOrder); }, 0, "1.00");
+}
+
+void TestCellChanges::cellsThatOthersShiftAreDrawnAnew()
+{
+    QFETCH(const std::function<void(QTableWidget &)>, shift);
+    QFETCH(const int, row);
     PanelFixture fixture;
     fixture.answerBodies(2);
     DataDisplay &panel = fixture.createConfiguredPanel();
     QCOMPARE(fixture.send("6di", twoBodies), 0);
     panel.updateView6d();
-    fixture.table6d().removeRow(0);
-    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("4.00"));
+    shift(fixture.table6d());
     panel.updateView6d();
-    QCOMPARE(fixture.text(0, XColumn), QStringLiteral("1.00"));
+    QTEST(fixture.text(row, XColumn), "x");
+    QCOMPARE(fixture.text(row, YColumn), row == 0 ? QStringLiteral("2.00") : QStringLiteral("5.00"));
 }
 
 void TestCellChanges::whatOthersPutThereInAnswerIsReplaced()
