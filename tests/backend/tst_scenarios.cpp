@@ -135,7 +135,7 @@ void TestScenarios::showsWhatItSays_data()
     add("old-0.12", "wandor multiuser_with_head_available", "(failure)");
     add("old-1.11", "inertial available", "(failure)");
     add("old-1.11", "output available 6di", "no");
-    add("old-1.11", "body desc standard b01", "\"Recorded camera\"");
+    add("old-1.11", "body desc standard b01", "\"Camera\"");
     add("old-global-lists", "filter6d number_of_presets", "5");
     add("old-global-lists", "body filter6d_preset_available standard b01 preset6d_default", "(failure)");
     add("reference", "tracking reference", "standard b02");

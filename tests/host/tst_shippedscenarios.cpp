@@ -41,7 +41,7 @@ QStringList crowd()
 {
     QStringList rows;
     for (int number = 1; number <= 50; ++number)
-        rows.append(QStringLiteral("%1|Dancer %1||").arg(number));
+        rows.append(QStringLiteral("%1|No. %1||").arg(number));
     return rows;
 }
 
@@ -60,7 +60,7 @@ std::vector<Shown> everythingShown()
          {}},
         {QStringLiteral("crowd"), crowd(), sensorColumns, {}, {}, {}, {}, -1, {}},
         {QStringLiteral("fixed-angles"),
-         {QStringLiteral("1|Slide||"), QStringLiteral("2|Carriage||A01")},
+         {QStringLiteral("1|Slide||"), QStringLiteral("2|Cart||A01")},
          {},
          {},
          {QStringLiteral("1: 70 25.0\u00B0C 100")},
@@ -79,7 +79,7 @@ std::vector<Shown> everythingShown()
          -1,
          {}},
         {QStringLiteral("hybrid"),
-         {QStringLiteral("1|With sensor|active|A01"), QStringLiteral("2|Custom|active|"), QStringLiteral("3|Plain||")},
+         {QStringLiteral("1|Sensor|active|A01"), QStringLiteral("2|Custom|active|"), QStringLiteral("3|Plain||")},
          {},
          {},
          {QStringLiteral("0: 90 31.0\u00B0C 100")},
@@ -115,7 +115,7 @@ std::vector<Shown> everythingShown()
          -1,
          {}},
         {QStringLiteral("old-1.11"),
-         {QStringLiteral("1|Recorded camera||"), QStringLiteral("2|Flystick||"), QStringLiteral("3|||")},
+         {QStringLiteral("1|Camera||"), QStringLiteral("2|Wand||"), QStringLiteral("3|||")},
          columnsOfLaterVersions,
          {2},
          {},
@@ -124,7 +124,7 @@ std::vector<Shown> everythingShown()
          -1,
          {}},
         {QStringLiteral("old-global-lists"),
-         {QStringLiteral("1|With sensor||A01"), QStringLiteral("2|Without sensor|active|")},
+         {QStringLiteral("1|Sensor||A01"), QStringLiteral("2|Bare|active|")},
          {},
          {},
          {QStringLiteral("0: 55 22.0\u00B0C 100")},
@@ -133,7 +133,7 @@ std::vector<Shown> everythingShown()
          -1,
          {}},
         {QStringLiteral("reference"),
-         {QStringLiteral("1|Tool||"), QStringLiteral("2|Table plate|active|"), QStringLiteral("3|Pointer||")},
+         {QStringLiteral("1|Tool||"), QStringLiteral("2|Plate|active|"), QStringLiteral("3|Pointer||")},
          sensorColumns,
          {},
          {},
@@ -250,6 +250,7 @@ private slots:
     void areShown_data();
     void areShown();
     void followEachOtherInARunningHost();
+    void haveNamesThatFitTheirColumn();
 
 private:
     std::unique_ptr<QTemporaryDir> home;
@@ -340,6 +341,29 @@ void TestShippedScenarios::followEachOtherInARunningHost()
         const QString before = shownPose(*table, 0);
         QTRY_VERIFY_WITH_TIMEOUT(shownPose(*table, 0) != before, patience);
     }
+}
+
+void TestShippedScenarios::haveNamesThatFitTheirColumn()
+{
+    const auto first = std::make_shared<SimulatedBackend>(*loadScenario(QStringLiteral("default")).scenario);
+    Host host(HostOptions(), first, {QStringLiteral(MODULES)});
+    host.window().show();
+    QVERIFY(QTest::qWaitForWindowExposed(&host.window()));
+    int names = 0;
+    for (const Shown &shown : everythingShown()) {
+        QVERIFY(host.window().backendMenu()->choose({shown.scenario, {}}));
+        const auto *table = host.window().findChild<QTableWidget *>(QStringLiteral("tableWidget6d"));
+        QTRY_COMPARE(shownRows(*table), shown.rows);
+        const int margins = 2 * (table->style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, table) + 1);
+        for (int row = 0; row < table->rowCount(); ++row) {
+            const QString name = text(*table, row, NameColumn);
+            const int width = table->fontMetrics().horizontalAdvance(name) + margins;
+            QVERIFY2(width <= table->columnWidth(NameColumn),
+                     qPrintable(QStringLiteral("%1: %2 is cut").arg(shown.scenario, name)));
+            names += name.isEmpty() ? 0 : 1;
+        }
+    }
+    QVERIFY(names > 70);
 }
 
 QTEST_MAIN(TestShippedScenarios)
