@@ -81,10 +81,6 @@ ScenarioResult replayScenarioToBe(const QStringList &fileNames)
 {
     ScenarioResult result = scenarioOf(fileNames, nullptr, ReadTrajectory::FirstSample);
     result.warnings.clear(); // the whole reading repeats them
-    if (!result.scenario)
-        return result;
-    for (OutputFlags *output : {&result.scenario->output6d, &result.scenario->output6di, &result.scenario->output3d})
-        *output = {false, false};
     return result;
 }
 

@@ -14,8 +14,8 @@ struct ReadingProgress;
 /// one, and gives up when that is cancelled.
 ScenarioResult replayScenario(const QStringList &fileNames, ReadingProgress *progress = nullptr);
 
-/// The same without motion and without output, to be shown until the files have been read: as far as their first
-/// usable lines they are, so that a file without any is an error here, too.
+/// The same of the first usable line of each file, for what is asked before they have been read. A file without any is
+/// an error here, too.
 ScenarioResult replayScenarioToBe(const QStringList &fileNames);
 
 } // namespace backend

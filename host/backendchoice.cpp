@@ -3,6 +3,7 @@
 #include "host/backendchoice.h"
 
 #include "backend/pipedbackend.h"
+#include "backend/placeholderbackend.h"
 #include "backend/replay.h"
 #include "backend/scenarios.h"
 #include "backend/simulatedbackend.h"
@@ -100,8 +101,13 @@ BackendResult firstBackend(const BackendChoice &choice, const BackendSettings &s
 {
     if (choice.standardInput || choice.replayFiles.isEmpty() || sizeOf(choice.replayFiles) <= readAtOnce)
         return makeBackend(choice, settings);
-    BackendResult result = backendOf(backend::replayScenarioToBe(choice.replayFiles), settings);
-    result.isPlaceholder = result.backend != nullptr;
+    BackendResult result;
+    backend::ScenarioResult start = backend::replayScenarioToBe(choice.replayFiles);
+    result.error = start.error;
+    if (auto simulated = simulatedBackend(std::move(start), settings)) {
+        result.backend = std::make_shared<backend::PlaceholderBackend>(std::move(simulated));
+        result.isPlaceholder = true;
+    }
     return result;
 }
 

@@ -35,6 +35,8 @@ ReadingStatus::ReadingStatus(BackendReader &reader, QWidget *parent)
     bar->setFixedWidth(barWidth);
     button->setObjectName(QStringLiteral("cancelReadingButton"));
     button->setToolTip(tr("Stop reading; what is shown stays"));
+    button->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Fixed);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(label);

@@ -181,10 +181,13 @@ void SourcesTest::aPlaceholderStandsForALongRecording()
     QVERIFY2(first.backend, qPrintable(first.error));
     QVERIFY(first.isPlaceholder);
     host->backendSession().change(first.backend);
+    const quint64 sentBefore = host->backendSession().counts().sent;
     takeCalls();
     menu().replacePlaceholder(choice);
     QVERIFY(reader().isReading());
     const quint64 sent = host->backendSession().counts().sent;
+    QCOMPARE(sent, sentBefore); // it brings no line
+    QVERIFY2(!logText().contains(QStringLiteral("warning")), qPrintable(logText())); // and takes all commands
     QTRY_VERIFY_WITH_TIMEOUT(!reader().isReading(), 60000);
     QCOMPARE(takeCalls(), (QStringList{QStringLiteral("clearData"), QStringLiteral("configurationChanged")}));
     QCOMPARE(source(), QStringLiteral("replay: long.txt"));
