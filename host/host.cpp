@@ -5,6 +5,7 @@
 #include "host/backendmenu.h"
 #include "host/journaldock.h"
 #include "host/lineaccount.h"
+#include "host/logdock.h"
 #include "host/readableselections.h"
 #include "host/savetablesaction.h"
 #include "host/slowquestions.h"
@@ -27,6 +28,7 @@ namespace host {
 namespace {
 
 constexpr int failedWhileRunning = 1;
+constexpr int journalHeight = 190; // [pixels], some entries and the button
 constexpr int toldFor = 10000; // in the status bar [ms]
 
 BackendVersions ownVersions()
@@ -126,6 +128,14 @@ void Host::addTools()
     mainWindow.addDockWidget(Qt::BottomDockWidgetArea, journal);
     journal->hide();
     mainWindow.addViewAction(journal->toggleViewAction());
+    // Beside the log, which is low, it would open with a row or two.
+    QObject::connect(journal->toggleViewAction(), &QAction::triggered, journal, [this, journal](bool isShown) {
+        if (!isShown || journal->isFloating() || journal->height() >= journalHeight)
+            return;
+        mainWindow.resizeDocks({journal}, {journalHeight}, Qt::Vertical);
+        const int half = mainWindow.width() / 2;
+        mainWindow.resizeDocks({mainWindow.findChild<LogDock *>(), journal}, {half, half}, Qt::Horizontal);
+    });
     // The panel shows whether a filter is enabled, and reads it with the configuration alone.
     QObject::connect(journal, &JournalDock::putBack, &mainWindow, [this](const QString &setting) {
         if (setting == QLatin1String("enabled"))

@@ -15,9 +15,13 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
+#include <array>
+
 namespace host {
 
 namespace {
+
+constexpr std::array<int, CommandJournal::ColumnCount> columnCharacters{15, 14, 12, 22, 11, 10};
 
 /// \a text on a button, where an ampersand would mark a key.
 QString onButton(QString text)
@@ -80,8 +84,11 @@ void JournalDock::addWidgets()
     view->setTabKeyNavigation(false);
     view->setWordWrap(false);
     view->verticalHeader()->hide();
+    view->verticalHeader()->setDefaultSectionSize(view->fontMetrics().height() + 6);
     view->horizontalHeader()->setStretchLastSection(true);
-    view->horizontalHeader()->resizeSection(CommandJournal::ChangeColumn, 200);
+    for (int column = 0; column < CommandJournal::ColumnCount; ++column)
+        view->setColumnWidth(
+            column, view->fontMetrics().averageCharWidth() * columnCharacters.at(static_cast<std::size_t>(column)));
     view->setWhatsThis(
         tr("Each command that changed a setting: when, of which body, from which value to which, whether "
            "the backend accepted it, and who sent it."));

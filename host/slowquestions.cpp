@@ -43,6 +43,7 @@ SlowQuestions::SlowQuestions(const backend::ExchangeTimes &times, QWidget *paren
     table->setHorizontalHeaderLabels({tr("Question or command"), tr("Count"), tr("Median [ms]"), tr("Worst [ms]")});
     table->horizontalHeader()->setSectionResizeMode(TextColumn, QHeaderView::Stretch);
     table->verticalHeader()->hide();
+    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     table->setEditTriggers(QAbstractItemView::NoEditTriggers);
     table->setSelectionBehavior(QAbstractItemView::SelectRows);
     table->setTabKeyNavigation(false);
@@ -52,7 +53,7 @@ SlowQuestions::SlowQuestions(const backend::ExchangeTimes &times, QWidget *paren
     layout->addWidget(summary);
     layout->addWidget(table);
     layout->addWidget(buttons);
-    resize(640, 320);
+    resize(760, 320);
     timer.setInterval(refreshInterval);
     connect(&timer, &QTimer::timeout, this, &SlowQuestions::refresh);
 }
