@@ -33,7 +33,7 @@ QString onButton(QString text)
 
 PutBackState PutBackState::of(const JournalEntry &entry, bool isObserver, int connection)
 {
-    const auto because = [](const QString &reason) { return PutBackState{false, reason}; };
+    const auto because = [](const QString &text) { return PutBackState{false, text}; };
     if (isObserver)
         return because(JournalDock::tr("An observer changes nothing."));
     if (!entry.accepted)

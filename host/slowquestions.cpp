@@ -20,7 +20,7 @@ namespace {
 constexpr int refreshInterval = 1000; // [ms]
 constexpr int shownRows = 500; // no operator reads more, and a screen reader would have to pass them all
 
-QString milliseconds(std::chrono::nanoseconds duration)
+QString wholeMilliseconds(std::chrono::nanoseconds duration)
 {
     return QLocale(QLocale::English).toString(std::chrono::duration<double, std::milli>(duration).count(), 'f', 0);
 }
@@ -87,8 +87,8 @@ void SlowQuestions::refresh()
         const backend::TextTimes &text = slow.at(row);
         setCell(row, TextColumn, QString::fromUtf8(text.text).simplified());
         setCell(row, CountColumn, QLocale(QLocale::English).toString(text.count));
-        setCell(row, MedianColumn, milliseconds(text.median));
-        setCell(row, WorstColumn, milliseconds(text.worst));
+        setCell(row, MedianColumn, wholeMilliseconds(text.median));
+        setCell(row, WorstColumn, wholeMilliseconds(text.worst));
     }
 }
 
