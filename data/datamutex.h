@@ -4,7 +4,15 @@
 
 #include <QMutex>
 
-#if defined(__SANITIZE_THREAD__)
+// GCC tells by a macro that it compiles with the thread sanitizer, clang by a feature.
+#if defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define DATAMUTEX_TELLS_SANITIZER
+#endif
+#elif defined(__SANITIZE_THREAD__)
+#define DATAMUTEX_TELLS_SANITIZER
+#endif
+#if defined(DATAMUTEX_TELLS_SANITIZER)
 #include <sanitizer/tsan_interface.h>
 #define DATAMUTEX_ACQUIRED(mutex) __tsan_acquire(mutex)
 #define DATAMUTEX_RELEASING(mutex) __tsan_release(mutex)

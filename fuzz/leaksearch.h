@@ -2,16 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/sanitizers.h"
+
 // WITHOUT_LEAK_SEARCH; lets the leak sanitizer forget what is allocated until the end of the block. For libraries that
 // are built without frame pointers, so that a suppression by the name of a function would not meet them.
-#if defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define SEARCHES_LEAKS
-#endif
-#elif defined(__SANITIZE_ADDRESS__)
-#define SEARCHES_LEAKS
-#endif
-#if defined(SEARCHES_LEAKS)
+#if UNDER_ADDRESS_SANITIZER
 #include <sanitizer/lsan_interface.h>
 #define WITHOUT_LEAK_SEARCH const __lsan::ScopedDisabler disabler
 #else

@@ -61,8 +61,8 @@ void StoreMemoryTest::aHugeFrameGivesItsMemoryBack()
     QFETCH(const int, room);
     TrackingData data;
     data.useInertialFormat = true;
-    const QByteArray hugeFrame = "6di " + QByteArray::number(announced) + " [0 2 1]";
-    QCOMPARE(data.receive("6di", hugeFrame.constData()), LineOutcome::Malformed);
+    const QByteArray announcement = "6di " + QByteArray::number(announced) + " [0 2 1]";
+    QCOMPARE(data.receive("6di", announcement.constData()), LineOutcome::Malformed);
     QCOMPARE(capacityOf(data), static_cast<std::size_t>(announced));
     data.receive("6di", next.constData());
     QCOMPARE(capacityOf(data), static_cast<std::size_t>(room));

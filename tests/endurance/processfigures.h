@@ -2,12 +2,14 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/sanitizers.h"
+
 #include <QDir>
 #include <QtGlobal>
 
 #include <malloc.h>
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
 // GCC has the function, but not its header.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 #endif
@@ -15,7 +17,7 @@ extern "C" std::size_t __sanitizer_get_current_allocated_bytes();
 /// The bytes of the heap in use by this process.
 inline qint64 heapInUse()
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
     return static_cast<qint64>(__sanitizer_get_current_allocated_bytes());
 #else
     const struct mallinfo2 figures = ::mallinfo2();

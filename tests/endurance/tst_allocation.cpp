@@ -4,6 +4,7 @@
 #include "tests/support/heap.h"
 #include "tests/support/panelfixture.h"
 #include "tests/support/repetitions.h"
+#include "tests/support/sanitizers.h"
 
 #include <QLoggingCategory>
 #include <QMap>
@@ -161,7 +162,7 @@ void TestAllocation::line_data()
         << true << QByteArray("6di") << bodyLine(true, 4) << bodyLine(true, 50) << false;
     QTest::newRow("the store of bodies grows, plain format")
         << false << QByteArray("6d") << bodyLine(false, 4) << bodyLine(false, 50) << false;
-#if !defined(__SANITIZE_ADDRESS__) // Qt keeps a reference for good when it can't allocate a queued signal's event
+#if !UNDER_ADDRESS_SANITIZER // Qt keeps a reference for good when it can't allocate a queued signal's event
     QTest::newRow("the first bodies of a configuration")
         << true << QByteArray("6di") << QByteArray() << bodyLine(true, 4) << true;
 #endif
@@ -202,7 +203,7 @@ void TestAllocation::line()
             const Outcome outcome = deliver(*fixture.panel, tag, line, k, fromThenOn ? always : k);
             const bool isStruck = outcome.allocations >= k;
             if (!isStruck) {
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#if !UNDER_ADDRESS_SANITIZER && !UNDER_THREAD_SANITIZER
                 QVERIFY(k > 1); // there is at least the copy of the line
 #endif
                 break;
@@ -243,7 +244,7 @@ void TestAllocation::guiThread_data()
 /// left out, and the next configuration is complete.
 void TestAllocation::guiThread()
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
     QSKIP("The sanitizers' heap can't be made to fail, and they survive no fork of a process with threads.");
 #endif
     QFETCH(const QByteArray, action);

@@ -5,6 +5,7 @@
 #include "tests/support/heap.h"
 #include "tests/support/panelfixture.h"
 #include "tests/support/repetitions.h"
+#include "tests/support/sanitizers.h"
 
 #include <QDockWidget>
 #include <QLoggingCategory>
@@ -85,7 +86,7 @@ private slots:
 void TestModuleAllocation::initTestCase()
 {
     QLoggingCategory::setFilterRules(QStringLiteral("default.warning=false")); // of the offscreen platform
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
     QSKIP("The sanitizers' heap can't be made to fail, and they survive no fork of a process with threads.");
 #endif
 }

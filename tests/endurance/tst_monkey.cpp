@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #include "tests/endurance/monkey.h"
 #include "tests/support/repetitions.h"
+#include "tests/support/sanitizers.h"
 
 #include <QApplication>
 #include <QFileInfo>
@@ -30,7 +31,7 @@ void tellSequence()
     [[maybe_unused]] const auto written = ::write(STDERR_FILENO, playing.data(), qstrlen(playing.data()));
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
 
 // GCC has the function, but not its header.
 extern "C" void __sanitizer_set_death_callback(void (*callback)());

@@ -70,7 +70,7 @@ struct LoadedModule : PanelFixture {
     /// Runs \a act inside the host's \a k-th call from now on, 1 being the next.
     void onCall(int k, const std::function<void()> &act)
     {
-        host.onCall = [this, act, left = k]() mutable {
+        host.onCall = [act, left = k]() mutable {
             if (--left == 0)
                 act();
         };

@@ -1,9 +1,10 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
 #include "tests/support/heap.h"
+#include "tests/support/sanitizers.h"
 
 // A file of its own, as under a sanitizer it costs the check that a block goes back as it came.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
 
 #include <cstdlib>
 #include <new>

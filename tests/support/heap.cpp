@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #include "tests/support/heap.h"
 
+#include "tests/support/sanitizers.h"
+
 #include <QStringList>
 
 #include <algorithm>
@@ -64,7 +66,7 @@ QString HeapSnapshot::changesSince(const HeapSnapshot &earlier) const
     return changes.join(QLatin1String(", "));
 }
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
 
 // GCC has these functions, but not their headers.
 extern "C" std::size_t __sanitizer_get_current_allocated_bytes();

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "tests/support/sanitizers.h"
+
 #include <QElapsedTimer>
 #include <QtGlobal>
 
@@ -21,7 +23,7 @@ inline const bool watchdogIsTold =
 /// VORNAK_SLOW at 1, as valgrind's script sets it.
 inline bool isSlowRun()
 {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if UNDER_ADDRESS_SANITIZER || UNDER_THREAD_SANITIZER
     return true;
 #else
     return qEnvironmentVariableIntValue("VORNAK_SLOW") == 1;
