@@ -26,6 +26,16 @@ function(vornak_precompile target)
     endif()
 endfunction()
 
+# vornak_instrument(TARGET): libFuzzer shall learn the ways through the product, not those through tests and judges.
+function(vornak_instrument target)
+    if(VORNAK_FUZZ)
+        # What -fsanitize=fuzzer-no-link stands for, which precompiled headers would have to be made with.
+        target_compile_options(${target} PRIVATE
+            -fsanitize-coverage=inline-8bit-counters,indirect-calls,trace-cmp,pc-table,stack-depth
+            -fno-builtin-memcmp -fno-builtin-strcmp -fno-builtin-strncmp)
+    endif()
+endfunction()
+
 # vornak_spare_moc(TARGET): no run of moc, and no source for it, where no file of the target asks for one.
 function(vornak_spare_moc target)
     get_target_property(sources ${target} SOURCES)
@@ -56,6 +66,7 @@ function(vornak_add_room name)
     # QT_NO_DEBUG in every build: it is part of the metadata that hosts compare with their own.
     target_compile_definitions(${name} PRIVATE QT_NO_DEBUG)
     target_link_libraries(${name} PRIVATE vornak_warnings PUBLIC ${ROOM_LIBRARIES})
+    vornak_instrument(${name})
     if("Qt5::Widgets" IN_LIST ROOM_LIBRARIES)
         vornak_precompile(${name} WIDGETS)
     else()

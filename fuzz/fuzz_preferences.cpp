@@ -18,7 +18,7 @@ namespace {
 const QString folder = QStringLiteral(".ZEL/VORNAK4/modules/datadisplay/v2.2.6/config");
 const QString fileName = folder + QStringLiteral("/datadisplay-preferences.xml");
 /// The first input gets a new panel beside the lasting one, too, and so does every one of a replayed corpus.
-constexpr quint64 inputsPerNewPanel = isReplay ? 1 : 512;
+const quint64 inputsPerNewPanel = isReplay() ? 1 : 512;
 constexpr int mostRemembered = 10000; // files
 constexpr int longestMessage = 10000; // characters; a file name, a place and what the parser says of them
 

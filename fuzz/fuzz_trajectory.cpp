@@ -14,7 +14,7 @@ using namespace backend;
 namespace {
 
 constexpr double farthest = 1.0e9; // [mm]
-constexpr quint64 recordingsPerAnswers = isReplay ? 1 : 64;
+const quint64 recordingsPerAnswers = isReplay() ? 1 : 64;
 constexpr double roundingError = 1.0e-9;
 
 /// Whether the rows of \a rotation have length 1 and are at right angles.

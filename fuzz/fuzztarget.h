@@ -12,11 +12,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 /// Whether the target runs on the files of a corpus only, so that there is time for more than in a search.
-#if defined(VORNAK_FUZZ)
-constexpr bool isReplay = false;
-#else
-constexpr bool isReplay = true;
-#endif
+bool isReplay();
 
 /// Ends the process with \a what on the error output unless \a holds: a finding, with the input that led to it.
 void require(bool holds, const char *what);
