@@ -7,27 +7,35 @@
 #include <QString>
 #include <QStringList>
 
+#include <cstddef>
+
 namespace host {
 
 /// The names of the options.
 namespace option {
-inline constexpr QLatin1String help("help");
-inline constexpr QLatin1String version("version");
-inline constexpr QLatin1String simulate("simulate");
-inline constexpr QLatin1String list("list-scenarios");
-inline constexpr QLatin1String replay("replay");
-inline constexpr QLatin1String standardInput("stdin");
-inline constexpr QLatin1String rate("rate");
-inline constexpr QLatin1String backendVersion("backend-version");
-inline constexpr QLatin1String modules("modules");
-inline constexpr QLatin1String fail("fail");
-inline constexpr QLatin1String latency("latency");
-inline constexpr QLatin1String screenshot("screenshot");
-inline constexpr QLatin1String saveTables("save-tables");
-inline constexpr QLatin1String after("after");
-inline constexpr QLatin1String duration("duration");
-inline constexpr QLatin1String observer("observer");
-inline constexpr QLatin1String log("log");
+/// \a text with its length: QLatin1String's own way to find it is no constant expression for clang.
+template<std::size_t size> constexpr QLatin1String named(const char (&text)[size])
+{
+    return QLatin1String(text, static_cast<int>(size) - 1);
+}
+
+inline constexpr QLatin1String help = named("help");
+inline constexpr QLatin1String version = named("version");
+inline constexpr QLatin1String simulate = named("simulate");
+inline constexpr QLatin1String list = named("list-scenarios");
+inline constexpr QLatin1String replay = named("replay");
+inline constexpr QLatin1String standardInput = named("stdin");
+inline constexpr QLatin1String rate = named("rate");
+inline constexpr QLatin1String backendVersion = named("backend-version");
+inline constexpr QLatin1String modules = named("modules");
+inline constexpr QLatin1String fail = named("fail");
+inline constexpr QLatin1String latency = named("latency");
+inline constexpr QLatin1String screenshot = named("screenshot");
+inline constexpr QLatin1String saveTables = named("save-tables");
+inline constexpr QLatin1String after = named("after");
+inline constexpr QLatin1String duration = named("duration");
+inline constexpr QLatin1String observer = named("observer");
+inline constexpr QLatin1String log = named("log");
 } // namespace option
 
 /// The parser that knows the options of the program. There must be an application object.
