@@ -4,7 +4,6 @@
 
 #include <QSocketNotifier>
 
-#include <array>
 #include <cerrno>
 #include <csignal>
 
@@ -15,23 +14,27 @@ namespace host {
 
 namespace {
 
-constexpr std::array<int, 3> wanted{SIGTERM, SIGINT, SIGHUP};
+/// One of the signals that end the program.
+struct EndSignal {
+    int number;
+    bool isCaught;
+};
 
 // Written by catchThem(), before there is a handler, and read by it.
-std::array<int, 2> pipeEnds{-1, -1};
-std::array<bool, wanted.size()> caught{};
+EndSignal endSignals[] = {{SIGTERM, false}, {SIGINT, false}, {SIGHUP, false}};
+int pipeEnds[2] = {-1, -1};
 
 extern "C" void noteSignal(int)
 {
     // Nothing but what a handler may call. The event loop hears of a signal by a byte in a pipe.
     const int error = errno;
-    for (std::size_t which = 0; which < wanted.size(); ++which) {
-        if (caught.at(which))
-            ::signal(wanted.at(which), SIG_DFL);
+    for (const EndSignal &each : endSignals) {
+        if (each.isCaught)
+            signal(each.number, SIG_DFL);
     }
     const char byte = 1;
-    const ssize_t written = ::write(pipeEnds[1], &byte, 1);
-    static_cast<void>(written);
+    const ssize_t written = write(pipeEnds[1], &byte, 1);
+    static_cast<void>(written); // the pipe is empty, and nobody could be told
     errno = error;
 }
 
@@ -39,21 +42,20 @@ extern "C" void noteSignal(int)
 
 void EndSignals::catchThem()
 {
-    if (::pipe2(pipeEnds.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+    if (::pipe2(pipeEnds, O_CLOEXEC | O_NONBLOCK) != 0)
         return; // signals end the program as they do any other
-    for (std::size_t which = 0; which < wanted.size(); ++which) {
-        struct sigaction before = {};
-        ::sigaction(wanted.at(which), nullptr, &before);
-        caught.at(which) = before.sa_handler != SIG_IGN;
-    }
     struct sigaction action = {};
     action.sa_handler = noteSignal;
     action.sa_flags = SA_RESTART;
-    for (const int number : wanted)
-        ::sigaddset(&action.sa_mask, number); // the second one waits until the first is noted
-    for (std::size_t which = 0; which < wanted.size(); ++which) {
-        if (caught.at(which))
-            ::sigaction(wanted.at(which), &action, nullptr);
+    for (EndSignal &each : endSignals) {
+        struct sigaction before = {};
+        ::sigaction(each.number, nullptr, &before);
+        each.isCaught = before.sa_handler != SIG_IGN;
+        ::sigaddset(&action.sa_mask, each.number); // the second one waits until the first is noted
+    }
+    for (const EndSignal &each : endSignals) {
+        if (each.isCaught)
+            ::sigaction(each.number, &action, nullptr);
     }
 }
 

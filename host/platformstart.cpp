@@ -24,15 +24,23 @@ struct Message {
     QString text;
 };
 
-// GUI thread; other threads start later.
-QtMessageHandler qtHandler = nullptr;
-std::optional<PlatformStart::Facts> startFacts; // while an application is being made
-QVector<Message> heldMessages; // of that time
-bool isOffscreen = false;
+/// What the message handler knows. The main thread writes it while there is no other.
+struct HandlerState {
+    QtMessageHandler qts = nullptr;
+    bool isOffscreen = false;
+    std::optional<PlatformStart::Facts> facts; // while an application is being made
+    QVector<Message> held; // of that time
+};
+
+HandlerState &handlerState()
+{
+    static auto *const state = new HandlerState; // for good: Qt may have something to say while the process ends
+    return *state;
+}
 
 bool isNoise(const QString &text)
 {
-    return isOffscreen
+    return handlerState().isOffscreen
         && (text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"))
             || text == QLatin1String("This plugin does not support propagateSizeHints()"));
 }
@@ -41,15 +49,16 @@ void handleMessage(QtMsgType type, const QMessageLogContext &context, const QStr
 {
     if (isNoise(text))
         return;
-    if (startFacts && type == QtFatalMsg) {
-        const QString reason = heldMessages.isEmpty() ? QString() : heldMessages.constFirst().text.trimmed();
-        printError(PlatformStart::complaint(*startFacts, reason));
+    HandlerState &state = handlerState();
+    if (state.facts && type == QtFatalMsg) {
+        const QString reason = state.held.isEmpty() ? QString() : state.held.constFirst().text.trimmed();
+        printError(PlatformStart::complaint(*state.facts, reason));
         std::_Exit(badInput);
     }
-    if (startFacts)
-        heldMessages.append({type, context.category, text});
+    if (state.facts)
+        state.held.append({type, context.category, text});
     else
-        qtHandler(type, context, text);
+        state.qts(type, context, text);
 }
 
 QString valueOf(const QString &option, const QStringList &arguments)
@@ -70,20 +79,23 @@ QString valueOf(const QString &option, const QStringList &arguments)
 
 PlatformStart::PlatformStart(const QStringList &qtArguments)
 {
-    startFacts = factsFor(qtArguments);
-    isOffscreen = startFacts->platform.startsWith(QLatin1String("offscreen"));
-    if (startFacts->platform.isEmpty() && startFacts->isWaylandAlone())
+    HandlerState &state = handlerState();
+    state.facts = factsFor(qtArguments);
+    state.isOffscreen = state.facts->platform.startsWith(QLatin1String("offscreen"));
+    if (state.facts->platform.isEmpty() && state.facts->isWaylandAlone())
         qputenv("QT_QPA_PLATFORM", "wayland");
-    if (!qtHandler)
-        qtHandler = qInstallMessageHandler(handleMessage);
+    if (!state.qts)
+        state.qts = qInstallMessageHandler(handleMessage);
 }
 
 PlatformStart::~PlatformStart()
 {
-    startFacts.reset();
-    for (const Message &message : qAsConst(heldMessages))
-        qtHandler(message.type, QMessageLogContext(nullptr, 0, nullptr, message.category.constData()), message.text);
-    heldMessages.clear();
+    HandlerState &state = handlerState();
+    state.facts.reset();
+    for (const Message &message : qAsConst(state.held)) {
+        state.qts(message.type, QMessageLogContext(nullptr, 0, nullptr, message.category.constData()), message.text);
+    }
+    state.held.clear();
 }
 
 PlatformStart::Facts PlatformStart::factsFor(const QStringList &qtArguments)
