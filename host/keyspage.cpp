@@ -122,7 +122,7 @@ void KeysPage::showEvent(QShowEvent *event)
         table->setItem(row, 0, new QTableWidgetItem(entries[row].keys));
         table->setItem(row, 1, new QTableWidgetItem(entries[row].text));
     }
-    table->resizeColumnsToContents();
+    table->resizeColumnToContents(0);
     QDialog::showEvent(event);
 }
 

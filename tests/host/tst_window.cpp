@@ -252,6 +252,7 @@ void WindowTest::listsKeysThatComeLater()
     const QList<QTableWidgetItem *> found = table->findItems(QStringLiteral("View > Later"), Qt::MatchExactly);
     QCOMPARE(found.size(), 1);
     QCOMPARE(table->item(found.first()->row(), 0)->text(), QStringLiteral("Ctrl+J; F7"));
+    QTRY_COMPARE(table->columnViewportPosition(1) + table->columnWidth(1), table->viewport()->width());
     QTest::keyClick(page, Qt::Key_Escape);
     QVERIFY(!page->isVisible());
 }
