@@ -189,7 +189,8 @@ void MainWindow::addLog()
         mark->reset();
     });
     connect(logDock, &LogDock::cleared, mark, &LogMark::reset);
-    connect(logDock, &LogDock::saved, this, [this](const QString &text) { statusBar()->showMessage(text, messageTime); });
+    connect(logDock, &LogDock::saved, this,
+            [this](const QString &text) { statusBar()->showMessage(text, messageTime); });
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent *event)
