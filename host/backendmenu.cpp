@@ -31,7 +31,7 @@ BackendMenu::BackendMenu(BackendSession &session, HostLog &log, BackendSettings 
     connectAction->setObjectName(QStringLiteral("connectAction"));
     reconnectAction = addAction(tr("&Reconnect"), this, &BackendMenu::reconnect);
     reconnectAction->setObjectName(QStringLiteral("reconnectAction"));
-    reconnectAction->setShortcut(Qt::CTRL | Qt::Key_R);
+    reconnectAction->setShortcut(QKeySequence(QStringLiteral("Ctrl+R")));
     reconnectAction->setStatusTip(tr("Disconnect, if connected, and connect to the same backend again"));
     addSeparator();
     addScenarios();

@@ -12,9 +12,9 @@ namespace host {
 
 /// What is being read. The thread has it for itself until it is done, but for the progress.
 struct BackendReader::Job {
-    Job(const BackendChoice &choice, const BackendSettings &settings)
-        : choice(choice)
-        , settings(settings)
+    Job(BackendChoice choice, BackendSettings settings)
+        : choice(std::move(choice))
+        , settings(std::move(settings))
     {
     }
 

@@ -44,7 +44,7 @@ FileMenu::FileMenu(BackendMenu &backend, QWidget *parent)
     setToolTipsVisible(true);
     QAction *choose = addAction(tr("&Open Recording…"), this, &FileMenu::chooseRecordings);
     choose->setObjectName(QStringLiteral("openRecordingAction"));
-    choose->setShortcut(Qt::CTRL | Qt::Key_O);
+    choose->setShortcut(QKeySequence(QStringLiteral("Ctrl+O")));
     choose->setStatusTip(tr("Replay recorded trajectories, one file for each body"));
     recent = addMenu(tr("Open &Recent"));
     recent->setObjectName(QStringLiteral("recentMenu"));
@@ -56,7 +56,8 @@ FileMenu::FileMenu(BackendMenu &backend, QWidget *parent)
     addSeparator();
     QAction *quit = addAction(tr("&Quit"), parent, &QWidget::close);
     quit->setObjectName(QStringLiteral("quitAction"));
-    quit->setShortcut(Qt::CTRL | Qt::Key_Q); // the standard key depends on the desktop, and may be none
+    quit->setShortcut(
+        QKeySequence(QStringLiteral("Ctrl+Q"))); // the standard key depends on the desktop, and may be none
     showRecentFiles();
 }
 
