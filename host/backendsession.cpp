@@ -116,6 +116,11 @@ LineTotals BackendSession::counts() const
     return totals;
 }
 
+bool BackendSession::isOutputWanted() const
+{
+    return ioManager.subscriptions().hasSubscriptions();
+}
+
 void BackendSession::followStream(backend::LineStream::Clock::time_point now)
 {
     if (!stream)

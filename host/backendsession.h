@@ -47,8 +47,6 @@ public:
     void disconnectBackend();
     /// Ends the delivery without notifying the requesters.
     void stopOutput();
-    /// Lets \a sink have each line before the modules. To be called before the first start(); \a sink outlives this.
-    void addSink(LineSink &sink) { output.addSink(sink); }
 
     bool isConnected() const { return connected; }
     QString backendName() const; ///< empty when there never was a backend
@@ -57,6 +55,10 @@ public:
     /// What the times of the lines count from; a reconnection does not change it.
     backend::LineStream::Clock::time_point streamEpoch() const { return epoch; }
     LineTotals counts() const;
+    /// Of the lines since its last clear(), with times from streamEpoch().
+    StreamHealth &health() { return output.health(); }
+    /// Whether a requester has subscribed to any output.
+    bool isOutputWanted() const;
 
     /// Acts on the state that the stream has at \a now. A timer does this ten times a second.
     void followStream(backend::LineStream::Clock::time_point now);

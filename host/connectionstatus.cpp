@@ -3,46 +3,60 @@
 #include "host/connectionstatus.h"
 
 #include "host/backendsession.h"
+#include "host/elidedlabel.h"
+#include "host/livenessline.h"
+#include "host/livenessmonitor.h"
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QStatusBar>
-#include <QTimer>
 
 namespace host {
 
 namespace {
 
-constexpr int rateInterval = 1000; // [ms]
+constexpr qint64 rateInterval = 1000; // [ms]
 
-QLabel *addLabel(QStatusBar *bar, const QString &name, const QString &whatsThis)
+std::optional<qint64> wholeSeconds(const std::optional<std::chrono::nanoseconds> &time)
 {
-    auto *label = new QLabel;
-    label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText); // scenario files name the backend
-    label->setWhatsThis(whatsThis);
-    bar->addPermanentWidget(label);
-    return label;
+    if (!time)
+        return std::nullopt;
+    return std::chrono::duration_cast<std::chrono::seconds>(*time).count();
+}
+
+qint64 steadyMilliseconds()
+{
+    QElapsedTimer clock;
+    clock.start();
+    return clock.msecsSinceReference();
 }
 
 } // namespace
 
-ConnectionStatus::ConnectionStatus(const BackendSession &session, QStatusBar *statusBar)
+ConnectionStatus::ConnectionStatus(const BackendSession &session, const LivenessMonitor &monitor, QStatusBar *statusBar)
     : QObject(statusBar)
     , session(session)
+    , monitor(monitor)
+    , backendLabel(new ElidedLabel)
+    , livenessLine(new LivenessLine(QStringLiteral("livenessLabel")))
+    , unreadableLabel(new QLabel)
 {
-    backendLabel = addLabel(statusBar, QStringLiteral("backendLabel"), tr("The backend that the data come from."));
-    rateLabel = addLabel(statusBar, QStringLiteral("rateLabel"),
-                         tr("Lines of output handed to the modules, measured once a second."));
-    refusedLabel =
-        addLabel(statusBar, QStringLiteral("refusedLabel"), tr("Lines that a module could not read, since the start."));
+    backendLabel->setObjectName(QStringLiteral("backendLabel"));
+    backendLabel->setWhatsThis(tr("The backend that the data come from."));
+    statusBar->addPermanentWidget(backendLabel);
+    livenessLine->setWhatsThis(
+        tr("Whether lines of output come, how many a second of each kind, how old the last one is "
+           "from one second on, and how many were lost: on the way, because they were late, or "
+           "while a panel was drawing. \"Stream Health\" in the view menu has the details."));
+    statusBar->addPermanentWidget(livenessLine);
+    unreadableLabel->setObjectName(QStringLiteral("unreadableLabel"));
+    unreadableLabel->setToolTip(tr("Lines that a module could not read"));
+    unreadableLabel->setWhatsThis(tr("Lines that a module could not read, since the start."));
+    statusBar->addPermanentWidget(unreadableLabel);
     connect(&session, &BackendSession::connectionChanged, this, &ConnectionStatus::showBackend);
-    auto *timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, &ConnectionStatus::measureRate);
-    timer->start(rateInterval);
-    rateClock.start();
+    connect(&monitor, &LivenessMonitor::looked, this, &ConnectionStatus::showLiveness);
     showBackend();
-    rateLabel->setText(tr("%1 lines/s").arg(0));
-    refusedLabel->setText(tr("%1 refused").arg(0));
+    showLiveness();
 }
 
 void ConnectionStatus::showBackend()
@@ -53,14 +67,22 @@ void ConnectionStatus::showBackend()
                                                 : tr("%1 (disconnected)").arg(name));
 }
 
-void ConnectionStatus::measureRate()
+void ConnectionStatus::showLiveness()
 {
-    const LineTotals counts = session.counts();
-    const double seconds = static_cast<double>(rateClock.restart()) / 1000.0;
-    const double rate = static_cast<double>(counts.sent - sentBefore) / qMax(seconds, 0.001);
-    sentBefore = counts.sent;
-    rateLabel->setText(tr("%1 lines/s").arg(qRound(rate)));
-    refusedLabel->setText(tr("%1 refused").arg(counts.refused));
+    // Rates would flicker: they are renewed once a second, ages and levels at once.
+    const Liveness &liveness = monitor.liveness();
+    const qint64 now = steadyMilliseconds();
+    const bool isNews = level != liveness.level || age != wholeSeconds(liveness.age);
+    if (!isNews && now - shownAt < rateInterval)
+        return;
+    shownAt = now;
+    age = wholeSeconds(liveness.age);
+    livenessLine->setText(LivenessWords::sentence(liveness));
+    unreadableLabel->setText(tr("%1 unreadable").arg(liveness.unreadable));
+    if (level == liveness.level)
+        return;
+    level = liveness.level;
+    livenessLine->setLook(lookOf(*level), true);
 }
 
 } // namespace host

@@ -2,8 +2,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QElapsedTimer>
+#include "host/liveness/liveness.h"
+
 #include <QObject>
+
+#include <optional>
 
 class QLabel;
 class QStatusBar;
@@ -11,25 +14,31 @@ class QStatusBar;
 namespace host {
 
 class BackendSession;
+class ElidedLabel;
+class LivenessLine;
+class LivenessMonitor;
 
-/// What the status bar says about the connection: the backend, the lines per second, and the lines refused.
+/// What the status bar says about the connection: the backend, the state of its lines, and the lines that were
+/// unreadable.
 class ConnectionStatus : public QObject {
     Q_OBJECT
 
 public:
-    /// Adds its fields to \a statusBar, which also owns this object. \a session outlives it.
-    ConnectionStatus(const BackendSession &session, QStatusBar *statusBar);
+    /// Adds its fields to \a statusBar, which also owns this object. \a session and \a monitor outlive it.
+    ConnectionStatus(const BackendSession &session, const LivenessMonitor &monitor, QStatusBar *statusBar);
 
 private:
     void showBackend();
-    void measureRate();
+    void showLiveness();
 
     const BackendSession &session;
-    QLabel *backendLabel = nullptr;
-    QLabel *rateLabel = nullptr;
-    QLabel *refusedLabel = nullptr;
-    QElapsedTimer rateClock;
-    quint64 sentBefore = 0; // at the start of rateClock
+    const LivenessMonitor &monitor;
+    ElidedLabel *backendLabel = nullptr;
+    LivenessLine *livenessLine = nullptr;
+    QLabel *unreadableLabel = nullptr;
+    std::optional<Liveness::Level> level; // shown
+    std::optional<qint64> age; // shown [s]
+    qint64 shownAt = 0; // [ms]
 };
 
 } // namespace host

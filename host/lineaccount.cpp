@@ -12,11 +12,19 @@ namespace host {
 
 std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entries)
 {
-    std::optional<PanelLineCounts> total;
+    QList<QWidget *> docks;
     for (const ModuleEntry *entry : entries) {
-        if (!entry->widget)
-            continue;
-        const QList<QWidget *> widgets = entry->widget->findChildren<QWidget *>();
+        if (entry->widget)
+            docks.append(entry->widget);
+    }
+    return lineCountsInDocks(docks);
+}
+
+std::optional<PanelLineCounts> lineCountsInDocks(const QList<QWidget *> &docks)
+{
+    std::optional<PanelLineCounts> total;
+    for (const QWidget *dock : docks) {
+        const QList<QWidget *> widgets = dock->findChildren<QWidget *>();
         for (const QWidget *widget : widgets) {
             const QVariant dropped = widget->property("droppedLines");
             if (!dropped.isValid())

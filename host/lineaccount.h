@@ -11,6 +11,7 @@
 #include <optional>
 
 struct ModuleEntry;
+class QWidget;
 
 namespace host {
 
@@ -25,6 +26,8 @@ struct PanelLineCounts {
 /// has the second of them. A result code can't tell a dropped line from a stored one, so a panel that counts says it
 /// this way. Nothing when no widget does. GUI thread.
 std::optional<PanelLineCounts> panelLineCounts(const QList<ModuleEntry *> &entries);
+/// The same of the widgets in \a docks.
+std::optional<PanelLineCounts> lineCountsInDocks(const QList<QWidget *> &docks);
 
 /// The account of all lines, for the end of a run.
 struct LineAccount {

@@ -4,12 +4,12 @@
 
 #include "host/backendmenu.h"
 #include "host/backendsession.h"
-#include "host/connectionstatus.h"
 #include "host/dockbackground.h"
 #include "host/dockcycle.h"
 #include "host/filemenu.h"
 #include "host/hostlog.h"
 #include "host/keyspage.h"
+#include "host/livenessview.h"
 #include "host/logdock.h"
 #include "host/logmark.h"
 #include "host/readingstatus.h"
@@ -92,7 +92,7 @@ MainWindow::MainWindow(BackendSession &session, HostLog &log, const BackendSetti
     setWindowIcon(ownIcon());
     connect(&session, &BackendSession::connectionChanged, this, &MainWindow::showTitle);
     showTitle();
-    new ConnectionStatus(session, statusBar());
+    new LivenessView(session, log, *this);
 }
 
 void MainWindow::addEntries(const QList<ModuleEntry *> &entries)

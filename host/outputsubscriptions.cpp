@@ -69,6 +69,13 @@ bool OutputSubscriptions::contains(const Requester *requester) const
                        [=](const Subscriber &entry) { return entry.requester == requester; });
 }
 
+bool OutputSubscriptions::hasSubscriptions() const
+{
+    const std::lock_guard lock(mutex);
+    return std::any_of(subscribers.begin(), subscribers.end(),
+                       [](const Subscriber &entry) { return !entry.tags.empty(); });
+}
+
 std::vector<Requester *> OutputSubscriptions::all() const
 {
     const std::lock_guard lock(mutex);

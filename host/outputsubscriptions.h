@@ -47,6 +47,7 @@ public:
     void unsubscribe(const QByteArray &tag, Requester *requester);
 
     bool contains(const Requester *requester) const;
+    bool hasSubscriptions() const; ///< of any requester to any tag
     /// All known requesters in the order of their registration.
     std::vector<Requester *> all() const;
 

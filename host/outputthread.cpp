@@ -54,6 +54,7 @@ void OutputThread::run(backend::LineStream &stream)
         const QVector<backend::ReceivedLine> lines = stream.take(backend::LineStream::Clock::now() + longestWait);
         for (const backend::ReceivedLine &line : lines) {
             ++receivedLines;
+            streamHealth.add(line);
             for (LineSink *sink : sinks)
                 sink->receive(line);
         }

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/liveness/streamhealth.h"
+
 #include <QtGlobal>
 
 #include <atomic>
@@ -16,8 +18,8 @@ namespace host {
 
 class LineSink;
 
-/// The data thread: takes the lines of a stream and hands each to the sinks in their order. All but the counts is for
-/// the GUI thread.
+/// The data thread: takes the lines of a stream, keeps account of their health, and hands each to the sinks in their
+/// order. All but the counts is for the GUI thread.
 class OutputThread {
 public:
     /// \a lastSink gets each line after all others; it outlives this object.
@@ -34,6 +36,7 @@ public:
     /// requester's processOutput.
     void stop();
 
+    StreamHealth &health() { return streamHealth; } ///< of all lines, before any sink has them; any thread
     quint64 received() const { return receivedLines; } ///< lines taken since the object was made; any thread
 
 private:
@@ -41,6 +44,7 @@ private:
 
     void run(backend::LineStream &stream);
 
+    StreamHealth streamHealth;
     std::vector<LineSink *> sinks; // GUI thread while nothing runs, else the data thread
     std::thread thread; // GUI thread starts and joins
     backend::LineStream *taken = nullptr; // GUI thread; what the thread takes from

@@ -10,9 +10,9 @@
 
 namespace host {
 
-/// What is known of the lines of one tag.
+/// What is known of the lines of one tag, or of all.
 struct StreamFigures {
-    QByteArray tag;
+    QByteArray tag; ///< empty for all
     quint64 lines = 0;
     std::optional<double> rate1; ///< lines per second over 1 s; none before the second line
     std::optional<double> rate10; ///< over 10 s
@@ -33,6 +33,7 @@ struct BodyFigures {
 
 /// How a source is doing at one moment.
 struct HealthSnapshot {
+    StreamFigures all; ///< of the lines of all streams
     QVector<StreamFigures> streams; ///< in the order in which they came first
     QVector<BodyFigures> bodies;
     quint64 missing = 0; ///< lines that the sequence numbers tell of and that never came, of all tags

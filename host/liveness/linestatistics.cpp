@@ -15,6 +15,19 @@ using namespace std::chrono_literals;
 constexpr std::size_t mostTags = 8;
 constexpr std::chrono::nanoseconds shortestSilence = 1s;
 
+StreamFigures figuresOf(const QByteArray &tag, const ArrivalTimes &arrivals, std::chrono::nanoseconds now)
+{
+    StreamFigures figures;
+    figures.tag = tag;
+    figures.lines = arrivals.count();
+    figures.rate1 = arrivals.rate(1s, now);
+    figures.rate10 = arrivals.rate(10s, now);
+    figures.age = std::max(std::chrono::nanoseconds(0), now - arrivals.last());
+    figures.longestGap = arrivals.longestGap(now);
+    figures.frameTime = arrivals.frameTime();
+    return figures;
+}
+
 } // namespace
 
 void LineStatistics::add(const backend::ReceivedLine &line)
@@ -23,9 +36,9 @@ void LineStatistics::add(const backend::ReceivedLine &line)
     if (lastSequence && line.sequence > *lastSequence)
         missing += line.sequence - *lastSequence - 1;
     lastSequence = line.sequence;
-    if (lastTime && line.time - *lastTime >= shortestSilence)
-        lastSilence = line.time - *lastTime;
-    lastTime = std::max(line.time, lastTime.value_or(line.time));
+    if (!all.isEmpty() && line.time - all.last() >= shortestSilence)
+        lastSilence = line.time - all.last();
+    all.add(line.time);
 
     Stream *stream = streamOf(line.line.tag);
     if (!stream)
@@ -40,18 +53,12 @@ HealthSnapshot LineStatistics::snapshot(Time now)
     HealthSnapshot snapshot;
     snapshot.missing = missing;
     snapshot.lastSilence = lastSilence;
-    if (lastTime)
-        snapshot.age = std::max(Time(0), now - *lastTime);
+    if (all.isEmpty())
+        return snapshot;
+    snapshot.all = figuresOf({}, all, now);
+    snapshot.age = snapshot.all.age;
     for (const std::unique_ptr<Stream> &stream : streams) {
-        const ArrivalTimes &arrivals = stream->arrivals;
-        StreamFigures figures;
-        figures.tag = stream->tag;
-        figures.lines = arrivals.count();
-        figures.rate1 = arrivals.rate(1s, now);
-        figures.rate10 = arrivals.rate(10s, now);
-        figures.age = std::max(Time(0), now - arrivals.last());
-        figures.longestGap = arrivals.longestGap(now);
-        figures.frameTime = arrivals.frameTime();
+        const StreamFigures figures = figuresOf(stream->tag, stream->arrivals, now);
         if (figures.frameTime)
             snapshot.frameTime = std::max(*figures.frameTime, snapshot.frameTime.value_or(Time(0)));
         snapshot.streams.append(figures);

@@ -36,7 +36,7 @@ private:
     std::vector<std::unique_ptr<Stream>> streams;
     BodyList bodies; // of the line that is read
     std::optional<quint64> lastSequence;
-    std::optional<Time> lastTime;
+    ArrivalTimes all; // lines of every tag
     quint64 missing = 0;
     Time lastSilence{0};
 };

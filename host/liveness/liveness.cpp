@@ -85,7 +85,7 @@ Liveness judge(const HealthSnapshot &snapshot, const SourceFacts &facts)
     liveness.reason = facts.state.phase == Phase::Lost ? facts.state.reason : QString();
     for (const StreamFigures &stream : snapshot.streams)
         liveness.rates.append({stream.tag, stream.rate1});
-    liveness.lost = lostOnTheWay(snapshot, facts) + facts.late + facts.dropped.value_or(0);
+    liveness.lost = facts.lostBefore + lostOnTheWay(snapshot, facts) + facts.late + facts.dropped.value_or(0);
     liveness.unreadable = facts.unreadable;
     return liveness;
 }

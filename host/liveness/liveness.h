@@ -16,10 +16,11 @@ namespace host {
 struct SourceFacts {
     bool connected = true; ///< false: the operator has disconnected it
     backend::StreamState state;
-    quint64 late = 0; ///< lines given up before anybody took them
+    quint64 late = 0; ///< lines given up before anybody took them, of this source
+    quint64 lostBefore = 0; ///< lines lost on the way or late while other sources were open
     quint64 unreadable = 0; ///< lines that a module could not read
     std::optional<quint64> dropped; ///< lines that panels lost while they were drawing; none where no panel counts
-    /// Since when a module wants lines; none when no module does: a source need not send what nobody wants.
+    /// For how long a module has wanted lines; none when none does: a source need not send what nobody wants.
     std::optional<std::chrono::nanoseconds> wantedFor = std::chrono::nanoseconds::max();
 };
 
@@ -51,7 +52,7 @@ struct Liveness {
     bool isTrustworthy() const { return level == Level::Live; }
 };
 
-/// Lines that the sequence numbers miss and that were not given up as late.
+/// Lines of this source that the sequence numbers miss and that were not given up as late.
 quint64 lostOnTheWay(const HealthSnapshot &snapshot, const SourceFacts &facts);
 
 /// Frozen from 1 s or 10 frame times on, gone from 10 s or 20 frame times on, whichever is longer, or as soon as the
@@ -71,8 +72,8 @@ public:
     static QString duration(std::chrono::nanoseconds time);
 };
 
-/// What standard error and the log say when the liveness changes: each silence once, its end, and the end of the
-/// source.
+/// What standard error and the log say when the liveness changes: each silence, its end, and the end of the source,
+/// once each.
 class LivenessReport {
     Q_DECLARE_TR_FUNCTIONS(LivenessReport)
 
@@ -83,8 +84,8 @@ public:
     void clear() { *this = {}; }
 
 private:
-    bool silent = false;
-    bool ended = false;
+    bool silent = false; // and told
+    bool ended = false; // likewise
 };
 
 } // namespace host

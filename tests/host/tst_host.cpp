@@ -36,8 +36,8 @@ private slots:
     void keepsTheBackendWhenAChoiceFails();
     void showsLogEntriesAsPlainText();
     void keepsTheLogBounded();
-    void showsRateAndRefusedLines();
-    void countsRefusedLines();
+    void showsRatesAndUnreadableLines();
+    void countsUnreadableLines();
     void tellsAboutItself();
     void entersAndLeavesWhatsThisMode();
 };
@@ -52,8 +52,8 @@ void HostTest::showsTheModuleInMenusAndDocks()
              (QStringList{QStringLiteral("&File"), QStringLiteral("&View"), QStringLiteral("&Backend"),
                           QStringLiteral("&Tools"), QStringLiteral("&Help")}));
     QCOMPARE(menuTexts("viewMenu"),
-             (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("&Command Journal"),
-                          QStringLiteral("&Log")}));
+             (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Stream &Health"),
+                          QStringLiteral("Free&ze"), QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
     QCOMPARE(menuTexts("fileMenu"),
              (QStringList{QStringLiteral("&Open Recording…"), QStringLiteral("Open &Recent"), QString(),
                           QStringLiteral("Save &Tables…"), QStringLiteral("&Quit")}));
@@ -163,22 +163,24 @@ void HostTest::keepsTheLogBounded()
     QVERIFY(view->toPlainText().endsWith(QString::number(LogDock::maximumLines + 9)));
 }
 
-void HostTest::showsRateAndRefusedLines()
+void HostTest::showsRatesAndUnreadableLines()
 {
-    QCOMPARE(label("refusedLabel"), QStringLiteral("0 refused"));
-    QVERIFY(label("rateLabel").endsWith(QStringLiteral(" lines/s")));
-    QTRY_VERIFY(label("rateLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
+    QCOMPARE(label("unreadableLabel"), QStringLiteral("0 unreadable"));
+    const auto rate = [this] {
+        return label("livenessLabel").section(QLatin1Char(' '), 3, 3).section(QLatin1Char('/'), 0, 0);
+    };
+    QTRY_VERIFY2(rate().toDouble() > 0.0, qPrintable(label("livenessLabel")));
     action("disconnectAction")->trigger();
-    QTRY_COMPARE(label("rateLabel"), QStringLiteral("0 lines/s"));
+    QTRY_COMPARE(label("livenessLabel"), QStringLiteral("disconnected"));
 }
 
-void HostTest::countsRefusedLines()
+void HostTest::countsUnreadableLines()
 {
     auto *panel = host->window().findChild<QWidget *>(QStringLiteral("countingPanel"));
     QVERIFY(panel);
     QVERIFY(panel->setProperty("refusing", true));
-    QTRY_VERIFY(label("refusedLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
-    QVERIFY(label("refusedLabel").endsWith(QStringLiteral(" refused")));
+    QTRY_VERIFY(label("unreadableLabel").section(QLatin1Char(' '), 0, 0).toInt() > 0);
+    QVERIFY(label("unreadableLabel").endsWith(QStringLiteral(" unreadable")));
     const QString summary = host->shutDown();
     const quint64 refused = host->backendSession().counts().refused;
     QVERIFY2(summary.contains(QStringLiteral(", %1 refused, ").arg(refused)), qPrintable(summary));

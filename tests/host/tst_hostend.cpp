@@ -75,7 +75,9 @@ void HostEndTest::shutsDownInOrderAndAccountsForTheLines()
                  .arg(sent)
                  .arg(sent - dropped)
                  .arg(dropped));
-    QCOMPARE(menuTexts("viewMenu"), (QStringList{QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
+    QCOMPARE(menuTexts("viewMenu"),
+             (QStringList{QStringLiteral("Stream &Health"), QStringLiteral("Free&ze"),
+                          QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
     QVERIFY(host->shutDown().isEmpty());
 }
 

@@ -162,16 +162,15 @@ void WindowTest::panelsAboveTheLogShareTheRoom()
 
 void WindowTest::titleNamesTheSource()
 {
-    QCOMPARE(host->window().windowTitle(),
-             QStringLiteral("simulation: default — %1").arg(QGuiApplication::applicationDisplayName()));
+    QTRY_COMPARE(host->window().windowTitle(), // until the first line has come it says that it waits for it
+                 QStringLiteral("simulation: default — %1").arg(QGuiApplication::applicationDisplayName()));
     action("disconnectAction")->trigger();
     QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("simulation: default — ")));
     host->window().setStateInTitle(QStringLiteral("(frozen 3 s) "));
     QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("(frozen 3 s) simulation: default — ")));
     QVERIFY(host->window().backendMenu()->choose({QStringLiteral("heads"), {}}));
-    QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("(frozen 3 s) simulation: heads — ")));
-    host->window().setStateInTitle(QString());
-    QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("simulation: heads — ")));
+    QVERIFY(host->window().windowTitle().contains(QStringLiteral(") simulation: heads — "))); // it waits for its lines
+    QTRY_VERIFY(host->window().windowTitle().startsWith(QStringLiteral("simulation: heads — ")));
 }
 
 void WindowTest::viewMenuHoldsModulesThenOwnEntriesThenTheLog()

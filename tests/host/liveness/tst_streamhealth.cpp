@@ -86,6 +86,8 @@ void StreamHealthTest::eachTagIsAStream()
     QCOMPARE(snapshot.streams.at(1).age, Time(900ms));
     QCOMPARE(snapshot.streams.at(1).longestGap, Time(900ms));
     QCOMPARE(*snapshot.age, Time(600ms)); // of the youngest
+    QCOMPARE(snapshot.all.lines, quint64(25));
+    QCOMPARE(snapshot.all.longestGap, Time(600ms));
     QCOMPARE(*snapshot.frameTime, Time(400ms)); // the longest
     QVERIFY(snapshot.bodies.isEmpty());
 }
