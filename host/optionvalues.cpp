@@ -77,7 +77,7 @@ QVector<backend::FaultRule> OptionValues::faults(const QString &option)
 
 QString OptionValues::picture(const QString &option)
 {
-    const QString file = parser.value(option);
+    QString file = parser.value(option);
     if (!file.isEmpty() && pictureFormat(file).isEmpty())
         complain(tr("--%1 can't save a picture in the format of \"%2\".").arg(option, file));
     return file;

@@ -169,7 +169,7 @@ void TrackhostEndTest::endsInOrderOnASignal()
 void TrackhostEndTest::endsInOrderOnASignalWhileItStarts()
 {
     QProcess process;
-    startIn(process, modules + QStringList{QStringLiteral("--latency"), QStringLiteral("500")}, QByteArray());
+    startIn(process, modules + QStringList{QStringLiteral("--latency"), QStringLiteral("50")}, QByteArray());
     send(process, SIGTERM);
     const ProgramRun run = endOf(process);
     QCOMPARE(run.exitCode, 0);
