@@ -3,8 +3,10 @@
 #include "host/host.h"
 
 #include "host/backendmenu.h"
+#include "host/bodiesdock.h"
 #include "host/journaldock.h"
 #include "host/lineaccount.h"
+#include "host/livenessmonitor.h"
 #include "host/logdock.h"
 #include "host/readableselections.h"
 #include "host/savetablesaction.h"
@@ -141,6 +143,14 @@ void Host::addTools()
         if (setting == QLatin1String("enabled"))
             ioManager.announceConfiguration();
     });
+
+    auto *bodies = new BodiesDock(ioManager.bodyNames(), &mainWindow);
+    mainWindow.addDockWidget(Qt::RightDockWidgetArea, bodies);
+    bodies->hide();
+    mainWindow.addViewAction(bodies->toggleViewAction());
+    const auto *monitor = mainWindow.findChild<LivenessMonitor *>();
+    QObject::connect(monitor, &LivenessMonitor::looked, bodies,
+                     [bodies, monitor] { bodies->refresh(monitor->snapshot(), monitor->liveness()); });
 
     mainWindow.addFileAction(new SaveTablesAction([this] { return modules.entries(); }, hostLog, mainWindow));
 

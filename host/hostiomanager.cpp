@@ -159,6 +159,7 @@ void HostIOManager::logMessage(const char *category, const char *sender, qint32 
 
 void HostIOManager::setBackend(std::shared_ptr<backend::TrackingBackend> newBackend)
 {
+    names.clear();
     const std::lock_guard lock(backendMutex);
     backend.swap(newBackend); // the old one is destroyed with the argument, after the lock
 }
@@ -194,7 +195,9 @@ std::optional<QByteArray> HostIOManager::ask(const QByteArray &query)
         return std::nullopt;
     }
     std::optional<QByteArray> answer = source->request(query);
-    if (!answer)
+    if (answer)
+        names.note(query, *answer);
+    else
         log.warning(tr("The backend has no answer to \"%1\".").arg(QString::fromUtf8(query)));
     return answer;
 }

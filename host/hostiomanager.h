@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/bodynames.h"
 #include "host/outputsubscriptions.h"
 #include "interface/iomanager.h"
 
@@ -61,6 +62,8 @@ public:
     /// Connects \a backend, or none. Any thread.
     void setBackend(std::shared_ptr<backend::TrackingBackend> backend);
     OutputSubscriptions &subscriptions() { return outputSubscriptions; }
+    /// Of the backend that is connected, as far as modules have asked for them.
+    const BodyNames &bodyNames() const { return names; }
 
     /// Calls configurationChanged of every requester. GUI thread.
     void announceConfiguration();
@@ -76,6 +79,7 @@ private:
 
     HostLog &log;
     OutputSubscriptions outputSubscriptions;
+    BodyNames names; // of the backend
     std::mutex backendMutex; // guards the pointer; not held while the backend works
     std::shared_ptr<backend::TrackingBackend> backend;
 };

@@ -7,6 +7,7 @@
 #include <QAccessible>
 #include <QAction>
 #include <QLayout>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 namespace host {
@@ -31,6 +32,8 @@ LivenessBanner::LivenessBanner(QWidget *parent)
     setObjectName(QStringLiteral("livenessBanner"));
     setWindowTitle(tr("State of the Data"));
     setAccessibleName(windowTitle());
+    if (auto *more = findChild<QToolButton *>(QStringLiteral("qt_toolbar_ext_button")))
+        more->setAccessibleName(tr("More")); // Qt's own, of what does not fit
     setMovable(false);
     setFloatable(false);
     setContextMenuPolicy(Qt::PreventContextMenu);

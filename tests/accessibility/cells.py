@@ -1,29 +1,13 @@
 # SPDX-FileCopyrightText: the VORNAK data display authors
 # SPDX-License-Identifier: MIT
 """What is read in a cell is what the data say now, and the words of a body follow when it is lost and found again."""
-import json
-import os
-import pathlib
 import time
 
+from scenario import STEP, write_scenario
 from screenreader import Program, check, run, wait_until
 
-STEP = 0.25  # [s]; after each, the first body has moved by 1 mm
-STEPS = 400  # more than a test takes
 ID_COLUMN, X_COLUMN = 0, 4
 LATE = 1.0  # [s] that a cell may be behind the data: five redraws
-
-
-def write_scenario():
-    folder = pathlib.Path(os.environ["HOME"])
-    (folder / "steps.txt").write_text(
-        "".join(f"{step * STEP} {step / 1000} 0 1 0 0 0 1\n" for step in range(STEPS)))
-    scenario = folder / "scenario.json"
-    scenario.write_text(json.dumps({"rate": 20, "bodies": [
-        {"name": "Steps", "motion": {"kind": "recorded", "file": "steps.txt"}},
-        {"name": "Blinks", "dropouts": {"every": 3, "lasting": 1.5}},
-    ]}))
-    return str(scenario)
 
 
 def check_steps(table):
@@ -64,7 +48,7 @@ def check_words(table):
 
 def test(executable):
     with Program(executable, "--simulate", write_scenario()) as program:
-        table = program.need("table", "Bodies").queryTable()
+        table = program.panel_table("Bodies")
         wait_until(lambda: table.nRows == 2, "there is a row for each body")
         return f"{check_steps(table)}; {check_words(table)}"
 

@@ -4,13 +4,22 @@
 import pyatspi
 from screenreader import Program, check, describe, press, run, wait_until
 
-BODIES, LOG = 'table "Bodies"', 'text "Log"'
+BODIES, LIST = 'table "Bodies"', 'list "States of the bodies"'
 
 
 def docks(program):
     """The names of the docks that can be seen."""
     return {node.name for node in program.window
             if node.getRoleName() == "frame" and node.getState().contains(pyatspi.STATE_SHOWING)}
+
+
+def open_bodies(program):
+    """Opens a third dock, so that F6 and Shift+F6 differ."""
+    program.press_until_focused("Tab", BODIES)
+    press("alt+v")
+    program.press_until_focused("Down", 'menu item "Bodies"')
+    press("Return")
+    wait_until(lambda: "Bodies" in docks(program), "the menu opens the list of bodies")
 
 
 def check_round(program):
@@ -44,9 +53,10 @@ def check_menus(program):
 def test(executable):
     with Program(executable) as program:
         program.need("table", "Bodies")
+        open_bodies(program)
         forth = check_round(program)
         titles = check_menus(program)
-        program.press_until_focused("F6", LOG)
+        program.press_until_focused("F6", LIST)
         press("F10")
         wait_until(lambda: "Data Display" not in docks(program), "F10 closes the panel")
         program.focused.clear()

@@ -25,7 +25,7 @@ def seconds():
 
 class Reader:
     def __init__(self, program):
-        self.tables = [program.need("table", name).queryTable() for name in ("Bodies", "Markers")]
+        self.tables = [program.panel_table(name) for name in ("Bodies", "Markers")]
         self.events = self.cells = 0
         for kind in EVENTS:
             pyatspi.Registry.registerEventListener(self._count, kind)

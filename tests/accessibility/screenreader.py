@@ -139,6 +139,10 @@ class Program:
     def need(self, role, name, within=None):
         return wait_until(lambda: self.find(role, name, within), f"there is a {role} \"{name}\"")
 
+    def panel_table(self, name):
+        """A table of the panel, as rows and columns; another dock has one of the same name."""
+        return self.need("table", name, self.need("frame", "Data Display")).queryTable()
+
     def press_until_focused(self, key, what, most=12):
         """Presses the key until what is so described has the focus; returns what had it on the way."""
         way = []
