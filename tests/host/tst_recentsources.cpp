@@ -138,7 +138,7 @@ void RecentSourcesTest::startsWithWhatIsNamed()
     options.isSourceNamed = false;
     options.screenshotFile = QStringLiteral("picture.png");
     QCOMPARE(startBackend(options).choice.scenario, QStringLiteral("default"));
-    options.choice = {QString(), {write(QStringLiteral("long.txt"), sample.repeated(400000))}};
+    options.choice = {QString(), {write(QStringLiteral("long.txt"), sample.repeated(300000))}};
     QVERIFY(!startBackend(options).made.isPlaceholder);
     options.screenshotFile.clear();
     options.isSourceNamed = true;

@@ -46,6 +46,7 @@ private slots:
 private:
     QString write(const QString &name, const QByteArray &text) const;
     QString longRecording() const;
+    QString largeFile(const QByteArray &line) const;
     BackendMenu &menu() const { return *host->window().backendMenu(); }
     BackendReader &reader() const { return *menu().backendReader(); }
     QString source() const { return host->backendSession().backendName(); }
@@ -83,10 +84,17 @@ QString SourcesTest::write(const QString &name, const QByteArray &text) const
     return file.open(QIODevice::WriteOnly) && file.write(text) == text.size() ? file.fileName() : QString();
 }
 
-/// Takes a second to read: that a line is no later than the one before is seen when it has been read.
+/// Takes a while to read: that a line is no later than the one before is seen when it has been read.
 QString SourcesTest::longRecording() const
 {
-    return write(QStringLiteral("long.txt"), sample.repeated(600000) + "2 1 2 3 0 0 0 1\n");
+    return write(QStringLiteral("long.txt"), sample.repeated(300000) + "2 1 2 3 0 0 0 1\n");
+}
+
+/// Too large to be read at once, and yet of few lines.
+QString SourcesTest::largeFile(const QByteArray &line) const
+{
+    const QByteArray padded = line + QByteArray(3000, ' ') + '\n';
+    return write(QStringLiteral("large.txt"), padded.repeated(2000));
 }
 
 bool SourcesTest::drop(QWidget &target, const QMimeData &data) const
@@ -176,7 +184,7 @@ void SourcesTest::tellsWhyAFileIsNone()
 
 void SourcesTest::aPlaceholderStandsForALongRecording()
 {
-    const BackendChoice choice{QString(), {longRecording()}};
+    const BackendChoice choice{QString(), {largeFile(sample.trimmed())}};
     const BackendResult first = firstBackend(choice, {});
     QVERIFY2(first.backend, qPrintable(first.error));
     QVERIFY(first.isPlaceholder);
@@ -190,14 +198,14 @@ void SourcesTest::aPlaceholderStandsForALongRecording()
     QVERIFY2(!logText().contains(QStringLiteral("warning")), qPrintable(logText())); // and takes all commands
     QTRY_VERIFY_WITH_TIMEOUT(!reader().isReading(), 60000);
     QCOMPARE(takeCalls(), (QStringList{QStringLiteral("clearData"), QStringLiteral("configurationChanged")}));
-    QCOMPARE(source(), QStringLiteral("replay: long.txt"));
+    QCOMPARE(source(), QStringLiteral("replay: large.txt"));
     QTRY_VERIFY(host->backendSession().counts().sent > sent);
     QVERIFY(sourcesettings::recentFiles().isEmpty()); // it was no choice in the window
 }
 
 void SourcesTest::aPlaceholderIsLeftWhenTheReadingIsCancelled()
 {
-    const BackendChoice choice{QString(), {longRecording()}};
+    const BackendChoice choice{QString(), {largeFile(sample.trimmed())}};
     host->backendSession().change(firstBackend(choice, {}).backend);
     menu().showChoice(choice);
     menu().replacePlaceholder(choice);
@@ -213,8 +221,7 @@ void SourcesTest::shortRecordingsNeedNoPlaceholder()
     const BackendResult first = firstBackend({QString(), {write(QStringLiteral("short.txt"), sample)}}, {});
     QVERIFY(first.backend);
     QVERIFY(!first.isPlaceholder);
-    const QString none = write(QStringLiteral("none.txt"), QByteArray("x\n").repeated(3000000));
-    const BackendResult failed = firstBackend({QString(), {none}}, {});
+    const BackendResult failed = firstBackend({QString(), {largeFile("x")}}, {});
     QVERIFY(!failed.backend && !failed.isPlaceholder);
     QVERIFY2(failed.error.contains(QStringLiteral("Line 1: 1 instead of 8 fields.")), qPrintable(failed.error));
 }
