@@ -8,6 +8,7 @@
 #include <QVector>
 
 #include <chrono>
+#include <optional>
 
 namespace backend {
 
@@ -36,7 +37,7 @@ struct StreamState {
 struct StreamLosses {
     quint64 late = 0; ///< lines that waited too long to be taken, so that an age is always true
     quint64 refused = 0; ///< lines of output that are too long, or have more bodies than can be shown
-    quint64 unknown = 0; ///< lines that are none of output
+    std::optional<quint64> unknown; ///< lines that are none of output; nothing where there can't be any
     quint64 skippedFrames = 0; ///< frames whose lines were never made, since they would have been too late
 };
 

@@ -45,7 +45,7 @@ public:
         StreamLosses losses = backend.losses();
         losses.late -= before.late;
         losses.refused -= before.refused;
-        losses.unknown -= before.unknown;
+        losses.unknown = *losses.unknown - *before.unknown;
         return losses;
     }
     quint64 configurationChanges() const override

@@ -30,7 +30,10 @@ void set(BackendVersions &versions, const backend::ProtocolVersion &version)
 
 backend::StreamLosses sumOf(const backend::StreamLosses &a, const backend::StreamLosses &b)
 {
-    return {a.late + b.late, a.refused + b.refused, a.unknown + b.unknown, a.skippedFrames + b.skippedFrames};
+    backend::StreamLosses sum{a.late + b.late, a.refused + b.refused, {}, a.skippedFrames + b.skippedFrames};
+    if (a.unknown || b.unknown)
+        sum.unknown = a.unknown.value_or(0) + b.unknown.value_or(0);
+    return sum;
 }
 
 } // namespace

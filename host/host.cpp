@@ -76,7 +76,7 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
         mainWindow.restorePlace();
     showConnection(); // before the first question: a backend may take long to answer
     session.open(std::move(backend)); // modules ask for first facts while they make their entries
-    modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer});
+    modules.load(moduleFolders, {&ioManager, &mainWindow, &versions, options.observer, &ioManager.subscriptions()});
     hostLog.flush(); // without a module the reason is told at once
     if (keepsLayout)
         mainWindow.restoreLayout();
@@ -118,7 +118,9 @@ QString Host::shutDown()
     isDown = true;
     modules.aboutToUnload(); // while lines still flow, as modules have to expect
     session.stopOutput();
-    QString summary = LineAccount::text(session.counts(), modules.lineCounts());
+    const LineTotals counts = session.counts();
+    const std::optional<PanelLineCounts> panels = modules.lineCounts();
+    QString summary = LineAccount::text(counts, panels, uncountedLines(counts, panels));
     modules.unload();
     hostLog.flush();
     return summary;

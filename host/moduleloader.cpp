@@ -3,6 +3,7 @@
 #include "host/moduleloader.h"
 
 #include "host/hostlog.h"
+#include "host/outputsubscriptions.h"
 #include "interface/iomanager.h"
 #include "interface/moduleinterface.h"
 
@@ -62,6 +63,7 @@ QStringList ModuleLoader::folders(const QString &firstFolder)
 
 void ModuleLoader::load(const QStringList &searchedFolders, const HostObjects &objects)
 {
+    subscriptions = objects.subscriptions;
     for (const QString &folder : searchedFolders) {
         const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
         for (const QFileInfo &file : files) {
@@ -74,6 +76,22 @@ void ModuleLoader::load(const QStringList &searchedFolders, const HostObjects &o
         log.warning(
             tr("There is no module in any of these folders: %1.").arg(searchedFolders.join(QStringLiteral(", "))));
     }
+}
+
+std::optional<PanelLineCounts> ModuleLoader::lineCounts() const
+{
+    std::optional<PanelLineCounts> total;
+    for (const Module &module : modules) {
+        std::optional<PanelLineCounts> counts = panelLineCounts(module.entries);
+        if (!counts)
+            continue;
+        if (subscriptions) {
+            const auto handed = subscriptions->deliveredTo(module.firstRegistration, module.endRegistration);
+            counts->taken = handed.sent - handed.refused;
+        }
+        total = total.value_or(PanelLineCounts()) + *counts;
+    }
+    return total;
 }
 
 void ModuleLoader::aboutToUnload()
@@ -121,14 +139,21 @@ void ModuleLoader::loadFile(const QString &path, const HostObjects &objects)
         return;
     }
     // Whatever fails from here on, the module stays until all are unloaded: the host may be holding what it has given.
-    modules.push_back({std::move(loader), module, iid});
+    modules.push_back({std::move(loader), module, iid, {}, registrations(), 0});
     attempt(path, [&] {
         setProperties(*module, objects);
         const QList<ModuleEntry *> entries = module->moduleEntries();
         log.info(tr("Loaded %1 %2 from %3.").arg(module->moduleName(), module->moduleVersion(), path));
-        std::copy_if(entries.begin(), entries.end(), std::back_inserter(sortedEntries),
+        std::copy_if(entries.begin(), entries.end(), std::back_inserter(modules.back().entries),
                      [](const ModuleEntry *entry) { return entry != nullptr; });
     });
+    modules.back().endRegistration = registrations();
+    sortedEntries += modules.back().entries;
+}
+
+int ModuleLoader::registrations() const
+{
+    return subscriptions ? subscriptions->registrations() : 0;
 }
 
 bool ModuleLoader::attempt(const QString &path, const std::function<void()> &call)

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "host/lineaccount.h"
 #include "interface/backendversions.h"
 
 #include <QCoreApplication>
@@ -12,6 +13,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class IOManager;
@@ -22,6 +24,7 @@ struct ModuleEntry;
 namespace host {
 
 class HostLog;
+class OutputSubscriptions;
 
 /// The host's objects that modules are given. They outlive the modules.
 struct HostObjects {
@@ -29,6 +32,7 @@ struct HostObjects {
     QWidget *moduleParent = nullptr;
     BackendVersions *backendVersions = nullptr;
     bool observerMode = false;
+    const OutputSubscriptions *subscriptions = nullptr; ///< of the command manager; may be null
 };
 
 /// Finds modules, loads and unloads them. What can't be used is logged and left alone: a faulty
@@ -52,6 +56,10 @@ public:
     /// The entries of all modules, by their primary and then their secondary order.
     QList<ModuleEntry *> entries() const { return sortedEntries; }
 
+    /// What the panels of all modules report about their lines, and what was handed to them; nothing when none does. A
+    /// module is known by the registrations that it makes while it is loaded.
+    std::optional<PanelLineCounts> lineCounts() const;
+
     /// Tells all modules that they will be unloaded.
     void aboutToUnload();
     /// Lets the modules delete their widgets and destroys the modules. The host has forgotten the entries by then.
@@ -64,9 +72,13 @@ private:
         std::unique_ptr<QPluginLoader> loader;
         ModuleInterface *interface = nullptr; // owned by the loader
         QString iid;
+        QList<ModuleEntry *> entries; // owned by the module
+        int firstRegistration = 0; // of those that it made while it was loaded
+        int endRegistration = 0;
     };
 
     void loadFile(const QString &path, const HostObjects &objects);
+    int registrations() const;
     /// Calls a function of the module in the file \a path. Returns false, with a log entry, when it throws: a
     /// stranger's module must not end the host.
     bool attempt(const QString &path, const std::function<void()> &call);
@@ -74,6 +86,7 @@ private:
     bool isWanted(const QPluginLoader &loader, QString *iid);
 
     HostLog &log;
+    const OutputSubscriptions *subscriptions = nullptr;
     std::vector<Module> modules;
     QList<ModuleEntry *> sortedEntries; // owned by the modules
     bool warned = false; // aboutToUnload() was called

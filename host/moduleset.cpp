@@ -65,11 +65,10 @@ void ModuleSet::unload()
 
 std::optional<PanelLineCounts> ModuleSet::lineCounts() const
 {
-    const std::optional<PanelLineCounts> present = panelLineCounts(loader.entries());
+    const std::optional<PanelLineCounts> present = loader.lineCounts();
     if (!present || !earlierCounts)
         return present ? present : earlierCounts;
-    return PanelLineCounts{earlierCounts->stored + present->stored, earlierCounts->dropped + present->dropped,
-                           earlierCounts->ignored + present->ignored};
+    return *earlierCounts + *present;
 }
 
 } // namespace host

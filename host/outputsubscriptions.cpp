@@ -26,8 +26,10 @@ bool isTaken(Requester &requester, const backend::OutputLine &line)
 void OutputSubscriptions::add(Requester *requester)
 {
     const std::lock_guard lock(mutex);
-    if (!find(requester))
-        subscribers.push_back({requester, {}});
+    if (find(requester))
+        return;
+    subscribers.push_back({requester, shares.size(), {}});
+    shares.emplace_back();
 }
 
 void OutputSubscriptions::remove(Requester *requester)
@@ -88,17 +90,35 @@ std::vector<Requester *> OutputSubscriptions::all() const
 
 void OutputSubscriptions::receive(const backend::ReceivedLine &line)
 {
-    const Delivered delivered = deliver(line.line);
+    if (deliver(line.line).sent > 0)
+        return;
     const std::lock_guard lock(mutex);
-    received.sent += std::max<quint64>(delivered.sent, 1);
-    received.refused += delivered.refused;
-    received.ignored += delivered.sent == 0 ? 1 : 0;
+    ++unclaimedLines;
 }
 
 OutputSubscriptions::Totals OutputSubscriptions::totals() const
 {
+    const Delivered delivered = deliveredTo(0, registrations());
     const std::lock_guard lock(mutex);
-    return received;
+    return {delivered.sent + unclaimedLines, delivered.refused, unclaimedLines};
+}
+
+int OutputSubscriptions::registrations() const
+{
+    const std::lock_guard lock(mutex);
+    return static_cast<int>(shares.size());
+}
+
+OutputSubscriptions::Delivered OutputSubscriptions::deliveredTo(int first, int end) const
+{
+    const std::lock_guard lock(mutex);
+    Delivered sum;
+    for (int i = first; i < end; ++i) {
+        const Delivered &share = shares.at(static_cast<std::size_t>(i));
+        sum.sent += share.sent;
+        sum.refused += share.refused;
+    }
+    return sum;
 }
 
 OutputSubscriptions::Delivered OutputSubscriptions::deliver(const backend::OutputLine &line)
@@ -108,7 +128,7 @@ OutputSubscriptions::Delivered OutputSubscriptions::deliver(const backend::Outpu
         if (!enter(requester, line.tag))
             continue; // removed since the list was made, perhaps deleted
         const bool taken = isTaken(*requester, line);
-        leave();
+        leave(taken);
         ++delivered.sent;
         if (!taken)
             ++delivered.refused;
@@ -141,15 +161,19 @@ bool OutputSubscriptions::enter(Requester *requester, const QByteArray &tag)
     if (!subscriber || std::find(subscriber->tags.begin(), subscriber->tags.end(), tag) == subscriber->tags.end())
         return false;
     running = requester;
+    runningRegistration = subscriber->registration;
     runningTag = &tag;
     runningThread = std::this_thread::get_id();
     return true;
 }
 
-void OutputSubscriptions::leave()
+void OutputSubscriptions::leave(bool taken)
 {
     {
         const std::lock_guard lock(mutex);
+        Delivered &share = shares[runningRegistration];
+        ++share.sent;
+        share.refused += taken ? 0 : 1;
         running = nullptr;
         runningTag = nullptr;
         runningThread = {};

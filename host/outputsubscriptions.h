@@ -35,7 +35,7 @@ public:
         quint64 ignored = 0; ///< of these, the lines that nobody had subscribed to
     };
 
-    /// Makes \a requester known, once however often it is called.
+    /// Makes \a requester known, once however often it is called; each time anew is a registration.
     void add(Requester *requester);
     /// Forgets \a requester with all its tags. When it returns, the data thread has left the requester for good;
     /// only a requester that calls this from its own processOutput is still in there.
@@ -54,19 +54,25 @@ public:
     /// Hands \a line to all requesters of its tag, and counts it. One thread at a time.
     void receive(const backend::ReceivedLine &line) override;
     Totals totals() const;
-    /// Hands \a line to all requesters of its tag without counting it. One thread at a time.
+    int registrations() const; ///< so far; each has its number from 0 on
+    /// What was handed to the requesters with the registrations from \a first up to, and without, \a end, also when
+    /// they are removed by now.
+    Delivered deliveredTo(int first, int end) const;
+    /// Hands \a line to all requesters of its tag. A line that nobody has subscribed to is not counted. One thread at a
+    /// time.
     Delivered deliver(const backend::OutputLine &line);
 
 private:
     struct Subscriber {
         Requester *requester = nullptr;
+        std::size_t registration = 0;
         std::vector<QByteArray> tags;
     };
 
     Subscriber *find(const Requester *requester);
     std::vector<Requester *> subscribersOf(const QByteArray &tag) const;
     bool enter(Requester *requester, const QByteArray &tag);
-    void leave();
+    void leave(bool taken);
 
     mutable std::mutex mutex; // guards everything below
     std::condition_variable left;
@@ -74,7 +80,9 @@ private:
     const Requester *running = nullptr; // the one in processOutput now
     const QByteArray *runningTag = nullptr;
     std::thread::id runningThread;
-    Totals received;
+    std::size_t runningRegistration = 0;
+    std::vector<Delivered> shares; // one for each registration
+    quint64 unclaimedLines = 0; // that nobody had subscribed to
 };
 
 } // namespace host

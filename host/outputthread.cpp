@@ -50,14 +50,18 @@ void OutputThread::stop()
 
 void OutputThread::run(backend::LineStream &stream)
 {
-    while (!stopping) {
-        const QVector<backend::ReceivedLine> lines = stream.take(backend::LineStream::Clock::now() + longestWait);
-        for (const backend::ReceivedLine &line : lines) {
-            ++receivedLines;
-            streamHealth.add(line);
-            for (LineSink *sink : sinks)
-                sink->receive(line);
-        }
+    while (!stopping)
+        handOut(stream.take(backend::LineStream::Clock::now() + longestWait));
+    handOut(stream.take(backend::LineStream::Clock::now())); // what came meanwhile
+}
+
+void OutputThread::handOut(const QVector<backend::ReceivedLine> &lines)
+{
+    for (const backend::ReceivedLine &line : lines) {
+        ++receivedLines;
+        streamHealth.add(line);
+        for (LineSink *sink : sinks)
+            sink->receive(line);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include "host/liveness/streamhealth.h"
 
+#include <QVector>
 #include <QtGlobal>
 
 #include <atomic>
@@ -12,6 +13,7 @@
 
 namespace backend {
 class LineStream;
+struct ReceivedLine;
 } // namespace backend
 
 namespace host {
@@ -32,7 +34,7 @@ public:
 
     /// Hands out the lines of \a stream from now on. Stops what ran before. The stream outlives the next stop().
     void start(backend::LineStream &stream);
-    /// When it returns, no line is handed out any more, and each that was taken has been. Not to be called from a
+    /// When it returns, no line is handed out any more, and each that has come by now has been. Not to be called from a
     /// requester's processOutput.
     void stop();
 
@@ -43,6 +45,7 @@ private:
     Q_DISABLE_COPY(OutputThread)
 
     void run(backend::LineStream &stream);
+    void handOut(const QVector<backend::ReceivedLine> &lines);
 
     StreamHealth streamHealth;
     std::vector<LineSink *> sinks; // GUI thread while nothing runs, else the data thread

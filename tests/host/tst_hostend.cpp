@@ -9,6 +9,7 @@
 #include <QDialog>
 #include <QFile>
 #include <QMenu>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 #include <QTimer>
@@ -26,6 +27,7 @@ private slots:
     void quitsByMenu();
     void keepsTheLayout();
     void shutsDownInOrderAndAccountsForTheLines();
+    void accountsForModulesThatDoNotCount();
     void sendsLinesUntilTheModulesAreWarned();
     void endsAnOpenDialogBeforeTheModulesGo();
     void runsWithoutAnyModule();
@@ -68,17 +70,38 @@ void HostEndTest::shutsDownInOrderAndAccountsForTheLines()
         takeCalls(),
         (QStringList{QStringLiteral("aboutToUnload"), QStringLiteral("releaseWidgets"), QStringLiteral("destroyed")}));
     const quint64 sent = host->backendSession().counts().sent;
-    const quint64 dropped = sent / 10; // as the module does
+    const quint64 ignored = host->backendSession().counts().ignored; // a line after the module's warning
+    QVERIFY(ignored <= sent / 10);
+    const quint64 dropped = (sent - ignored) / 10; // as the module does
     QCOMPARE(summary,
              QStringLiteral("lines: %1 sent, %2 stored, %3 dropped while the display was drawing, "
-                            "0 refused, 0 ignored")
+                            "0 refused, %4 ignored")
                  .arg(sent)
-                 .arg(sent - dropped)
-                 .arg(dropped));
+                 .arg(sent - ignored - dropped)
+                 .arg(dropped)
+                 .arg(ignored));
     QCOMPARE(menuTexts("viewMenu"),
              (QStringList{QStringLiteral("Stream &Health"), QStringLiteral("Free&ze"),
                           QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
     QVERIFY(host->shutDown().isEmpty());
+}
+
+void HostEndTest::accountsForModulesThatDoNotCount()
+{
+    start(testModule() + QStringList{QStringLiteral(TEST_MODULES "/listeningmodule")});
+    QTRY_VERIFY(host->backendSession().counts().sent > 40);
+    const QString summary = host->shutDown();
+    const LineTotals counts = host->backendSession().counts();
+    static const QRegularExpression expected(QStringLiteral(
+        "\\Alines: (\\d+) sent, (\\d+) stored, (\\d+) dropped while the display was drawing, (\\d+) refused, "
+        "(\\d+) ignored, (\\d+) to modules that do not count\\z"));
+    const QRegularExpressionMatch match = expected.match(summary);
+    QVERIFY2(match.hasMatch(), qPrintable(summary));
+    const auto number = [&match](int index) { return match.captured(index).toULongLong(); };
+    QCOMPARE(number(1), counts.sent);
+    QCOMPARE(number(2) + number(3) + number(4) + number(5) + number(6), counts.sent);
+    QVERIFY(number(4) > 0); // the listening module refuses each third line
+    QVERIFY(number(6) / 2 <= number(4) + 1 && number(4) <= number(6) / 2 + 1);
 }
 
 void HostEndTest::sendsLinesUntilTheModulesAreWarned()
@@ -121,7 +144,10 @@ void HostEndTest::runsWithoutAnyModule()
     start({empty.path()});
     QTRY_VERIFY(logText().contains(empty.path()));
     QVERIFY(host->window().isVisible());
-    QCOMPARE(host->shutDown(), QStringLiteral("lines: 0 sent, 0 refused"));
+    QTRY_VERIFY(host->backendSession().counts().sent > 0); // nobody wants them
+    const QString summary = host->shutDown();
+    QCOMPARE(summary,
+             QStringLiteral("lines: %1 sent, 0 refused, %1 ignored").arg(host->backendSession().counts().sent));
 }
 
 void HostEndTest::leavesTheLayoutAloneForAPicture()

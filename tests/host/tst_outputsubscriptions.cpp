@@ -63,6 +63,7 @@ private slots:
     void deliversOnceHoweverOftenSubscribed();
     void countsRefusedLines();
     void countsWhatItReceives();
+    void countsForEachRegistration();
     void survivesARequesterThatThrows();
     void forgetsTheTagsOfARemovedRequester();
     void callsNoRemovedRequester();
@@ -140,6 +141,37 @@ void OutputSubscriptionsTest::countsWhatItReceives()
     QCOMPARE(subscriptions.totals().refused, 10U);
     QCOMPARE(subscriptions.totals().ignored, 1U);
     QCOMPARE(taking.lines.load(), 11);
+}
+
+void OutputSubscriptionsTest::countsForEachRegistration()
+{
+    OutputSubscriptions subscriptions;
+    FakeRequester first;
+    FakeRequester second;
+    second.result = -1;
+    const auto subscribe = [&subscriptions](FakeRequester *requester) {
+        subscriptions.add(requester);
+        return subscriptions.subscribe("6d", requester);
+    };
+    QCOMPARE(subscriptions.registrations(), 0);
+    QVERIFY(subscribe(&first));
+    QVERIFY(subscribe(&second));
+    subscriptions.add(&first); // known
+    QCOMPARE(subscriptions.registrations(), 2);
+    subscriptions.receive({{"6d", "6d 0"}, {}, 0});
+    subscriptions.remove(&first);
+    subscriptions.receive({{"6d", "6d 0"}, {}, 1});
+    QVERIFY(subscribe(&first));
+    QCOMPARE(subscriptions.registrations(), 3);
+    subscriptions.receive({{"6d", "6d 0"}, {}, 2});
+    subscriptions.receive({{"6d", "6d 0"}, {}, 3});
+    QCOMPARE(subscriptions.deliveredTo(0, 1).sent, 1U); // also once it is removed
+    QCOMPARE(subscriptions.deliveredTo(0, 1).refused, 0U);
+    QCOMPARE(subscriptions.deliveredTo(1, 2).sent, 4U);
+    QCOMPARE(subscriptions.deliveredTo(1, 2).refused, 4U);
+    QCOMPARE(subscriptions.deliveredTo(2, 3).sent, 2U);
+    QCOMPARE(subscriptions.deliveredTo(0, 3).sent, 7U);
+    QCOMPARE(subscriptions.deliveredTo(1, 1).sent, 0U);
 }
 
 void OutputSubscriptionsTest::survivesARequesterThatThrows()

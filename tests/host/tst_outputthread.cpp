@@ -57,7 +57,7 @@ private slots:
     void handsOutEachLineAsItWasReceived();
     void handsEachLineToAllSinksInTheirOrder();
     void handsOutNothingAfterTheStop();
-    void handsOutWhatItHasTakenBeforeItStops();
+    void handsOutWhatHasComeBeforeItStops();
     void stopsWhileItWaits();
     void changesTheStreamWhileItRuns();
 };
@@ -119,7 +119,7 @@ void OutputThreadTest::handsOutNothingAfterTheStop()
     }
 }
 
-void OutputThreadTest::handsOutWhatItHasTakenBeforeItStops()
+void OutputThreadTest::handsOutWhatHasComeBeforeItStops()
 {
     FakeStream stream;
     NotingSink sink;
@@ -135,11 +135,13 @@ void OutputThreadTest::handsOutWhatItHasTakenBeforeItStops()
     OutputThread output(sink);
     output.start(stream);
     QTRY_VERIFY(isReached);
+    for (int i = 0; i < 10; ++i)
+        stream.put("6d", "6d 0"); // they wait for the next
     std::thread release([&isBlocked] { isBlocked = false; });
     output.stop();
     release.join();
-    QCOMPARE(sink.count(), 100U);
-    QCOMPARE(output.received(), 100U);
+    QCOMPARE(sink.count(), 110U);
+    QCOMPARE(output.received(), 110U);
 }
 
 void OutputThreadTest::stopsWhileItWaits()
