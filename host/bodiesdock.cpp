@@ -12,6 +12,7 @@ namespace host {
 
 namespace {
 
+constexpr int usualLine = 30; // [characters]; "12 Left hand: lost for 59 s"
 constexpr int idRole = Qt::UserRole;
 constexpr int kindRole = Qt::UserRole + 1;
 
@@ -31,6 +32,7 @@ BodiesDock::BodiesDock(const BodyNames &names, QWidget *parent)
     list->setObjectName(QStringLiteral("bodyList"));
     list->setAccessibleName(tr("States of the bodies"));
     list->setUniformItemSizes(true);
+    list->setMinimumWidth(list->fontMetrics().averageCharWidth() * usualLine);
     list->setWhatsThis(tr("Whether each body is tracked now, and for how long it has not been."));
     setWidget(list);
     toggleViewAction()->setText(tr("&Bodies"));
