@@ -8,7 +8,7 @@
 #include "host/lineaccount.h"
 #include "host/livenessmonitor.h"
 #include "host/logdock.h"
-#include "host/readableselections.h"
+#include "host/readabletexts.h"
 #include "host/savetablesaction.h"
 #include "host/slowquestions.h"
 #include "host/standarderror.h"
@@ -68,7 +68,7 @@ Host::Host(const HostOptions &options, std::shared_ptr<backend::TrackingBackend>
 {
     mainWindow.backendMenu()->showChoice(options.choice);
     addTools();
-    new ReadableSelections(&mainWindow); // of what is the host's own
+    new ReadableTexts(&mainWindow); // of what is the host's own
     session.setWrap([this](auto opened) { return watch.wrap(std::move(opened)); });
     // A picture shows the same on every machine, and taking one does not touch the operator's window.
     const bool keepsLayout = !options.savesAndQuits();

@@ -9,8 +9,11 @@
 #include <QDockWidget>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPainter>
+#include <QPixmap>
 #include <QPlainTextEdit>
 #include <QStatusBar>
 #include <QStyleFactory>
@@ -79,6 +82,7 @@ private:
     void checkSelection(const QWidget &widget);
     void checkItems(const QAbstractItemView &view);
     void checkFormats(const QPlainTextEdit &edit);
+    void checkField(const QLineEdit &field);
     void checkWidget(const QWidget &widget);
 
     QStringList unreadable;
@@ -177,6 +181,21 @@ void ContrastTest::checkFormats(const QPlainTextEdit &edit)
     }
 }
 
+void ContrastTest::checkField(const QLineEdit &field)
+{
+    checkSelection(field);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor background = field.palette().color(group, QPalette::Base);
+        check(field, QStringLiteral("text"), field.palette().color(group, QPalette::Text), background);
+        if (field.placeholderText().isEmpty())
+            continue;
+        QPixmap pixel(1, 1); // the hint is painted over the background, which shines through
+        pixel.fill(background);
+        QPainter(&pixel).fillRect(pixel.rect(), field.palette().color(group, QPalette::PlaceholderText));
+        check(field, QStringLiteral("hint"), pixel.toImage().pixelColor(0, 0), background);
+    }
+}
+
 void ContrastTest::checkWidget(const QWidget &widget)
 {
     if (!widget.isEnabled())
@@ -188,6 +207,8 @@ void ContrastTest::checkWidget(const QWidget &widget)
             checkItems(*view);
     } else if (const auto *edit = qobject_cast<const QPlainTextEdit *>(&widget)) {
         checkFormats(*edit);
+    } else if (const auto *field = qobject_cast<const QLineEdit *>(&widget)) {
+        checkField(*field);
     } else if (qobject_cast<const QMenu *>(&widget)) {
         checkRoles(widget, widget, QPalette::WindowText);
         if (!isOfModule(widget))

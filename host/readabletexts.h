@@ -10,14 +10,15 @@ class QWidget;
 
 namespace host {
 
-/// Selected text that can be read: where the desktop's colours for it have a contrast below 4.5:1, as those of Qt's own
-/// style do, it becomes black or white, whichever is better. Follows the desktop when its colours change.
-class ReadableSelections : public QObject {
+/// Texts that can be read, where the desktop's colours have a contrast below 4.5:1, as some of Qt's own style do:
+/// selected text becomes black or white, whichever is better, and hints in empty fields become less pale. Follows the
+/// desktop when its colours change.
+class ReadableTexts : public QObject {
     Q_OBJECT
 
 public:
     /// For the views, fields and menus that \a root has now, and for no later ones: modules bring their own.
-    explicit ReadableSelections(QWidget *root);
+    explicit ReadableTexts(QWidget *root);
 
     /// The menu of what does not fit into a bar is made later.
     bool eventFilter(QObject *watched, QEvent *event) override;

@@ -1,6 +1,6 @@
 // SPDX-FileCopyrightText: the VORNAK data display authors
 // SPDX-License-Identifier: MIT
-#include "host/readableselections.h"
+#include "host/readabletexts.h"
 
 #include <QAbstractScrollArea>
 #include <QApplication>
@@ -35,9 +35,25 @@ double contrast(const QColor &one, const QColor &other)
     return (std::max(first, second) + 0.05) / (std::min(first, second) + 0.05);
 }
 
+/// \a text, through which \a background may shine.
+QColor blended(const QColor &text, const QColor &background)
+{
+    const auto mixed = [part = text.alphaF()](double top, double bottom) { return part * top + (1.0 - part) * bottom; };
+    return QColor::fromRgbF(mixed(text.redF(), background.redF()), mixed(text.greenF(), background.greenF()),
+                            mixed(text.blueF(), background.blueF()));
+}
+
+/// \a text with as much of \a background shining through as leaves it readable.
+QColor readable(QColor text, const QColor &background)
+{
+    while (text.alpha() < 255 && contrast(blended(text, background), background) < leastContrast)
+        text.setAlpha(text.alpha() + 1);
+    return text;
+}
+
 } // namespace
 
-ReadableSelections::ReadableSelections(QWidget *root)
+ReadableTexts::ReadableTexts(QWidget *root)
     : QObject(root)
 {
     const QList<QWidget *> all = root->findChildren<QWidget *>();
@@ -48,11 +64,11 @@ ReadableSelections::ReadableSelections(QWidget *root)
         else if (qobject_cast<QMenuBar *>(widget))
             widget->installEventFilter(this);
     }
-    connect(qApp, &QGuiApplication::paletteChanged, this, &ReadableSelections::choose);
+    connect(qApp, &QGuiApplication::paletteChanged, this, &ReadableTexts::choose);
     choose();
 }
 
-bool ReadableSelections::eventFilter(QObject *watched, QEvent *event)
+bool ReadableTexts::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ChildPolished) {
         if (auto *menu = qobject_cast<QMenu *>(static_cast<QChildEvent *>(event)->child())) {
@@ -63,10 +79,14 @@ bool ReadableSelections::eventFilter(QObject *watched, QEvent *event)
     return QObject::eventFilter(watched, event);
 }
 
-void ReadableSelections::choose()
+void ReadableTexts::choose()
 {
     QPalette palette; // what is not set here follows the desktop
     for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        const QColor hint = palette.color(group, QPalette::PlaceholderText);
+        const QColor readableHint = readable(hint, palette.color(group, QPalette::Base));
+        if (hint != readableHint)
+            palette.setColor(group, QPalette::PlaceholderText, readableHint);
         const QColor background = palette.color(group, QPalette::Highlight);
         if (contrast(palette.color(group, QPalette::HighlightedText), background) >= leastContrast)
             continue;
