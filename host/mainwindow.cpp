@@ -26,6 +26,7 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QScreen>
 #include <QSettings>
 #include <QStatusBar>
@@ -277,7 +278,13 @@ void MainWindow::showTitle()
 {
     const QString source = session.backendName();
     const QString program = QApplication::applicationDisplayName();
-    setWindowTitle(stateInTitle + (source.isEmpty() ? program : tr("%1 — %2").arg(source, program)));
+    const QString title = source.isEmpty() ? program : tr("%1 — %2").arg(source, program);
+    // A screen reader speaks each new name of the window: the state, once, and not its age every second.
+    static const QRegularExpression age(QStringLiteral(R"( \d[^)]*(?=\)))"));
+    const QString spoken = QString(stateInTitle).remove(age) + title;
+    if (accessibleName() != spoken)
+        setAccessibleName(spoken);
+    setWindowTitle(stateInTitle + title);
 }
 
 void MainWindow::showAbout()

@@ -85,10 +85,10 @@ def press(*keys):
 class Program:
     """trackhost as a child, found on the bus, with its window active."""
 
-    def __init__(self, executable, *arguments):
+    def __init__(self, executable, *arguments, stdin=None):
         self.focused = collections.deque(maxlen=100)  # what has taken the focus, as described, the last one last
         pyatspi.Registry.registerEventListener(self._take_focus, "object:state-changed:focused")
-        self.process = subprocess.Popen([executable, *arguments], stdout=subprocess.DEVNULL)
+        self.process = subprocess.Popen([executable, *arguments], stdin=stdin, stdout=subprocess.DEVNULL)
         try:
             self.root = wait_until(self._application, "trackhost is on the bus of the screen readers")
             self.window = wait_until(lambda: self.top("trackhost"), "trackhost shows its window")

@@ -168,6 +168,10 @@ void WindowTest::titleNamesTheSource()
     QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("simulation: default — ")));
     host->window().setStateInTitle(QStringLiteral("(frozen 3 s) "));
     QVERIFY(host->window().windowTitle().startsWith(QStringLiteral("(frozen 3 s) simulation: default — ")));
+    const QString spoken = host->window().accessibleName();
+    QVERIFY(spoken.startsWith(QStringLiteral("(frozen) simulation: default — ")));
+    host->window().setStateInTitle(QStringLiteral("(picture frozen 10:32:07) (frozen 2 min 5 s) "));
+    QCOMPARE(host->window().accessibleName(), QStringLiteral("(picture frozen) ") + spoken);
     QVERIFY(host->window().backendMenu()->choose({QStringLiteral("heads"), {}}));
     QVERIFY(host->window().windowTitle().contains(QStringLiteral(") simulation: heads — "))); // it waits for its lines
     QTRY_VERIFY(host->window().windowTitle().startsWith(QStringLiteral("simulation: heads — ")));
