@@ -14,7 +14,7 @@ namespace backend {
 
 namespace {
 
-constexpr std::size_t mostAtOnce = 64 * 1024; ///< [bytes], what a pipe holds
+constexpr std::size_t mostAtOnce = 65'536; ///< [bytes], what a pipe holds
 
 /// Waits until \a input has something to say. Returns false when \a wakeUp has.
 bool waitFor(int input, int wakeUp)

@@ -22,8 +22,8 @@ bool isBlank(char c)
 
 QByteArray firstWordOf(const QByteArray &line)
 {
-    const auto begin = std::find_if_not(line.cbegin(), line.cend(), isBlank);
-    const auto end = std::find_if(begin, line.cend(), isBlank);
+    const auto *const begin = std::find_if_not(line.cbegin(), line.cend(), isBlank);
+    const auto *const end = std::find_if(begin, line.cend(), isBlank);
     return line.mid(static_cast<int>(begin - line.cbegin()), static_cast<int>(end - begin));
 }
 
@@ -41,7 +41,8 @@ QByteArray tagOf(const QByteArray &word)
 QString shown(const QByteArray &word)
 {
     QString text;
-    for (const char c : word.left(longestWord)) {
+    const QByteArray beginning = word.left(longestWord);
+    for (const char c : beginning) {
         if (c > ' ' && c <= '~')
             text += QLatin1Char(c);
         else

@@ -6,12 +6,14 @@
 #include <QEvent>
 #include <QMainWindow>
 
+#include <utility>
+
 namespace host {
 
-DockBackground::DockBackground(QMainWindow &window, const QString &nameOfLog)
+DockBackground::DockBackground(QMainWindow &window, QString nameOfLog)
     : QLabel(&window)
     , window(window)
-    , nameOfLog(nameOfLog)
+    , nameOfLog(std::move(nameOfLog))
 {
     setObjectName(QStringLiteral("dockBackground"));
     setAlignment(Qt::AlignCenter);

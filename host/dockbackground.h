@@ -16,7 +16,7 @@ class DockBackground : public QLabel {
 
 public:
     /// Becomes the central widget of \a window. A dock of the name \a nameOfLog is no panel.
-    DockBackground(QMainWindow &window, const QString &nameOfLog);
+    DockBackground(QMainWindow &window, QString nameOfLog);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 

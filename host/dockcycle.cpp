@@ -39,7 +39,7 @@ DockCycle::DockCycle(QMainWindow *window)
     , window(window)
 {
     addStep(QStringLiteral("nextPanelAction"), tr("Next Panel"), Qt::Key_F6, 1);
-    addStep(QStringLiteral("previousPanelAction"), tr("Previous Panel"), Qt::SHIFT | Qt::Key_F6, -1);
+    addStep(QStringLiteral("previousPanelAction"), tr("Previous Panel"), int{Qt::SHIFT} | int{Qt::Key_F6}, -1);
 }
 
 void DockCycle::addStep(const QString &name, const QString &text, const QKeySequence &key, int direction)

@@ -19,9 +19,9 @@ QString csvField(QString text)
 
 } // namespace
 
-FigureTable::FigureTable(const QStringList &titles, QObject *parent)
+FigureTable::FigureTable(QStringList titles, QObject *parent)
     : QAbstractTableModel(parent)
-    , titles(titles)
+    , titles(std::move(titles))
 {
 }
 

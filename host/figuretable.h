@@ -22,7 +22,7 @@ class FigureTable : public QAbstractTableModel {
 public:
     using Row = std::vector<Figure>;
 
-    explicit FigureTable(const QStringList &titles, QObject *parent = nullptr);
+    explicit FigureTable(QStringList titles, QObject *parent = nullptr);
 
     /// Each of \a newRows has a figure for each title.
     void setRows(std::vector<Row> newRows);

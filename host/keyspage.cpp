@@ -74,7 +74,8 @@ QVector<KeyEntry> keysOf(const QMainWindow &window)
     for (const QMenuBar *bar : bars)
         collector.addMenu(bar->actions(), QString());
     const QList<QWidget *> widgets = window.findChildren<QWidget *>();
-    for (const QAction *action : window.actions())
+    const QList<QAction *> ownActions = window.actions();
+    for (const QAction *action : ownActions)
         collector.add(*action, plainText(action->text()));
     for (const QWidget *widget : widgets) {
         if (widget->window() != &window) // a dialog has keys of its own

@@ -28,7 +28,7 @@ SaveTablesAction::SaveTablesAction(std::function<QList<ModuleEntry *>()> entries
     , window(window)
 {
     setObjectName(QStringLiteral("saveTablesAction"));
-    setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+    setShortcut(QKeySequence(int{Qt::CTRL} | int{Qt::Key_E}));
     setStatusTip(tr("Save what each table shows as a CSV file"));
     connect(this, &QAction::triggered, this, &SaveTablesAction::chooseFolder);
 }

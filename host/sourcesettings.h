@@ -8,10 +8,8 @@
 
 #include <optional>
 
-namespace host {
-
 /// What is kept from one run to the next about the sources that the operator chose in the window. GUI thread.
-namespace sourcesettings {
+namespace host::sourcesettings {
 
 constexpr int mostRecent = 8;
 
@@ -27,6 +25,4 @@ QString lastFolder(); ///< empty: none yet
 void forget(const BackendChoice &choice);
 void forgetRecentFiles();
 
-} // namespace sourcesettings
-
-} // namespace host
+} // namespace host::sourcesettings

@@ -63,10 +63,10 @@ std::optional<Time> ArrivalTimes::frameTime() const
     if (known < 2)
         return std::nullopt;
     std::array<Time, keptTimes - 1> gaps{};
-    const auto gapsEnd = gaps.begin() + static_cast<std::ptrdiff_t>(known - 1);
+    auto *const gapsEnd = gaps.begin() + static_cast<std::ptrdiff_t>(known - 1);
     for (std::size_t i = 0; i + 1 < known; ++i)
         gaps[i] = recent[(lines - 1 - i) % keptTimes] - recent[(lines - 2 - i) % keptTimes];
-    const auto middle = gaps.begin() + static_cast<std::ptrdiff_t>((known - 1) / 2);
+    auto *const middle = gaps.begin() + static_cast<std::ptrdiff_t>((known - 1) / 2);
     std::nth_element(gaps.begin(), middle, gapsEnd);
     return *middle;
 }

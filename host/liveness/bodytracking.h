@@ -21,7 +21,7 @@ public:
     using Time = std::chrono::nanoseconds;
 
     /// Takes the bodies of one line. At most mostBodies are ever known; others are left out.
-    void add(const BodyList &bodies, Time time);
+    void add(const BodyList &list, Time time);
     /// Appends the bodies in the order in which they came first. Losses are those of the lines in the last minute, to
     /// the second.
     void figures(const QByteArray &tag, Time now, QVector<BodyFigures> &figures);
