@@ -4,7 +4,7 @@
 
 #include <QAbstractScrollArea>
 #include <QApplication>
-#include <QChildEvent>
+#include <QEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -71,10 +71,12 @@ ReadableTexts::ReadableTexts(QWidget *root)
 bool ReadableTexts::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() == QEvent::ChildPolished) {
-        if (auto *menu = qobject_cast<QMenu *>(static_cast<QChildEvent *>(event)->child())) {
-            widgets.append(menu);
-            choose();
+        const QList<QMenu *> menus = watched->findChildren<QMenu *>(QString(), Qt::FindDirectChildrenOnly);
+        for (QMenu *menu : menus) {
+            if (!widgets.contains(menu))
+                widgets.append(menu);
         }
+        choose();
     }
     return QObject::eventFilter(watched, event);
 }

@@ -53,7 +53,8 @@ void HostTest::showsTheModuleInMenusAndDocks()
                           QStringLiteral("&Tools"), QStringLiteral("&Help")}));
     QCOMPARE(menuTexts("viewMenu"),
              (QStringList{QStringLiteral("First"), QStringLiteral("Second"), QStringLiteral("Stream &Health"),
-                          QStringLiteral("Free&ze"), QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
+                          QStringLiteral("Free&ze"), QStringLiteral("&Command Journal"), QStringLiteral("&Bodies"),
+                          QStringLiteral("&Log")}));
     QCOMPARE(menuTexts("fileMenu"),
              (QStringList{QStringLiteral("&Open Recording…"), QStringLiteral("Open &Recent"), QString(),
                           QStringLiteral("Save &Tables…"), QStringLiteral("&Quit")}));

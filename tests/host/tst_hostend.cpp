@@ -82,7 +82,7 @@ void HostEndTest::shutsDownInOrderAndAccountsForTheLines()
                  .arg(ignored));
     QCOMPARE(menuTexts("viewMenu"),
              (QStringList{QStringLiteral("Stream &Health"), QStringLiteral("Free&ze"),
-                          QStringLiteral("&Command Journal"), QStringLiteral("&Log")}));
+                          QStringLiteral("&Command Journal"), QStringLiteral("&Bodies"), QStringLiteral("&Log")}));
     QVERIFY(host->shutDown().isEmpty());
 }
 
