@@ -16,6 +16,7 @@
 #include <QPixmap>
 #include <QPlainTextEdit>
 #include <QStatusBar>
+#include <QStyle>
 #include <QStyleFactory>
 #include <QTabBar>
 #include <QTest>
@@ -24,6 +25,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 
 using namespace host;
 
@@ -62,6 +64,12 @@ QPalette darkPalette()
     palette.setColor(QPalette::HighlightedText, Qt::white);
     palette.setColor(QPalette::Link, QColor(120, 180, 255));
     return palette;
+}
+
+QPalette lightPalette()
+{
+    const std::unique_ptr<QStyle> style(QStyleFactory::create(QStringLiteral("fusion")));
+    return style->standardPalette();
 }
 
 } // namespace
@@ -227,7 +235,7 @@ void ContrastTest::checkWidget(const QWidget &widget)
 void ContrastTest::textsCanBeRead_data()
 {
     QTest::addColumn<QPalette>("palette");
-    QTest::newRow("light") << QStyleFactory::create(QStringLiteral("fusion"))->standardPalette();
+    QTest::newRow("light") << lightPalette();
     QTest::newRow("dark") << darkPalette();
 }
 
@@ -259,7 +267,7 @@ void ContrastTest::textsCanBeRead()
 }
 void ContrastTest::selectionsFollowTheDesktop()
 {
-    QPalette readable = QStyleFactory::create(QStringLiteral("fusion"))->standardPalette();
+    QPalette readable = lightPalette();
     readable.setColor(QPalette::Highlight, QColor(0, 0, 120));
     readable.setColor(QPalette::HighlightedText, QColor(255, 255, 200));
     QApplication::setPalette(readable);
