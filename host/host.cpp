@@ -8,6 +8,7 @@
 #include "host/lineaccount.h"
 #include "host/livenessmonitor.h"
 #include "host/logdock.h"
+#include "host/oncetimer.h"
 #include "host/readabletexts.h"
 #include "host/savetablesaction.h"
 #include "host/slowquestions.h"
@@ -19,7 +20,6 @@
 #include <QMenu>
 #include <QStatusBar>
 #include <QThread>
-#include <QTimer>
 #include <QWindow>
 
 #include <cstdio>
@@ -94,7 +94,7 @@ int Host::run()
     mainWindow.show();
     saving.schedule();
     if (options.duration)
-        QTimer::singleShot(*options.duration, Qt::PreciseTimer, &mainWindow, &QCoreApplication::quit);
+        QObject::connect(startOnce(&mainWindow, *options.duration), &QTimer::timeout, qApp, &QCoreApplication::quit);
     if (!isEnding)
         QApplication::exec();
     if (!options.savesAndQuits())

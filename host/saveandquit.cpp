@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 #include "host/saveandquit.h"
 
+#include "host/oncetimer.h"
 #include "host/tablewriter.h"
 #include "host/windowpicture.h"
 
 #include <QMainWindow>
-#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -26,8 +26,8 @@ void SaveAndQuit::schedule()
         return;
     using std::chrono::milliseconds;
     const auto passed = std::chrono::duration_cast<milliseconds>(HostOptions::Clock::now() - options.start);
-    QTimer::singleShot(std::max(milliseconds(0), options.saveAfter - passed), Qt::PreciseTimer, &window,
-                       [this] { save(); });
+    QTimer *timer = startOnce(&window, std::max(milliseconds(0), options.saveAfter - passed));
+    QObject::connect(timer, &QTimer::timeout, &window, [this] { save(); });
 }
 
 QStringList SaveAndQuit::failures() const
