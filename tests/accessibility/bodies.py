@@ -18,7 +18,7 @@ def test(executable):
     with Program(executable, "--simulate", write_scenario()) as program:
         pyatspi.Registry.registerEventListener(take, "object:property-change:accessible-name")
         program.press_until_focused("Tab", 'table "Bodies"')
-        press("alt+v")
+        program.open_menu("alt+v")
         program.press_until_focused("Down", 'menu item "Bodies"')
         press("Return")
         bodies = program.need("list", "States of the bodies")

@@ -156,6 +156,12 @@ class Program:
             way.append(self.focused[-1])
         return way
 
+    def open_menu(self, keys):
+        """Opens a menu, and waits until it is there: the next key would go to what is below it."""
+        self.focused.clear()
+        press(keys)
+        wait_until(lambda: any("menu" in what for what in self.focused), f"{keys} opens a menu")
+
     def memory(self):
         """[KiB] that are no file's."""
         with open(f"/proc/{self.process.pid}/smaps_rollup", encoding="ascii") as figures:

@@ -8,6 +8,7 @@ import pyatspi
 from screenreader import Program, check, handle_events, run, wait_until
 
 LINE = b"6d 1 [0 1.000][1.0 2.0 3.0][1 0 0 0 1 0 0 0 1]\n"
+FLOW = 1.0  # [s], after which no name of the start is still on its way
 SILENCE = 4.5  # [s]; frozen from 1 s on, so that the age in the title changes several times
 
 
@@ -28,9 +29,12 @@ def test(executable):
             if not names or names[-1] != event.source.name:
                 names.append(event.source.name)
 
+    # Before the program is there: it sends what somebody listens to, and the name changes with the first line.
+    pyatspi.Registry.registerEventListener(take, "object:property-change:accessible-name")
     with Program(executable, "--stdin", stdin=subprocess.PIPE) as program:
-        pyatspi.Registry.registerEventListener(take, "object:property-change:accessible-name")
-        feed(program, lambda: names and not names[-1].startswith("("), "the window has a name without a state when data come")
+        flowing = time.monotonic() + FLOW
+        feed(program, lambda: time.monotonic() > flowing and names and not names[-1].startswith("("),
+             "the window has a name without a state when data come")
         names.clear()
         end = time.monotonic() + SILENCE
         while time.monotonic() < end:
