@@ -3,7 +3,7 @@
 """The list of bodies is opened and entered by keys, and says of each body when it is lost and found again, once."""
 import pyatspi
 from scenario import write_scenario
-from screenreader import Program, check, press, run, wait_until
+from screenreader import Program, check, run, wait_until
 
 LIST = 'list "States of the bodies"'
 
@@ -18,9 +18,7 @@ def test(executable):
     with Program(executable, "--simulate", write_scenario()) as program:
         pyatspi.Registry.registerEventListener(take, "object:property-change:accessible-name")
         program.press_until_focused("Tab", 'table "Bodies"')
-        program.open_menu("alt+v")
-        program.press_until_focused("Down", 'menu item "Bodies"')
-        press("Return")
+        program.choose("alt+v", 'menu item "Bodies"')
         bodies = program.need("list", "States of the bodies")
         program.press_until_focused("F6", LIST)
         wait_until(lambda: bodies.childCount == 2, "the list has a line for each body")

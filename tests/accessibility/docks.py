@@ -16,9 +16,7 @@ def docks(program):
 def open_bodies(program):
     """Opens a third dock, so that F6 and Shift+F6 differ."""
     program.press_until_focused("Tab", BODIES)
-    program.open_menu("alt+v")
-    program.press_until_focused("Down", 'menu item "Bodies"')
-    press("Return")
+    program.choose("alt+v", 'menu item "Bodies"')
     wait_until(lambda: "Bodies" in docks(program), "the menu opens the list of bodies")
 
 

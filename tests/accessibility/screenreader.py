@@ -156,11 +156,23 @@ class Program:
             way.append(self.focused[-1])
         return way
 
-    def open_menu(self, keys):
-        """Opens a menu, and waits until it is there: the next key would go to what is below it."""
-        self.focused.clear()
-        press(keys)
-        wait_until(lambda: any("menu" in what for what in self.focused), f"{keys} opens a menu")
+    def choose(self, keys, item):
+        """Opens a menu and chooses an item. On a busy machine a menu may close as the keys that opened it are let go."""
+        for attempt in range(3):
+            self.focused.clear()
+            press(keys)
+            try:
+                wait_until(lambda: any("menu" in what for what in self.focused), f"{keys} opens a menu", 5)
+                while item not in self.focused:
+                    self.focused.clear()
+                    press("Down")
+                    wait_until(lambda: any("menu" in what for what in self.focused), f"Down goes on to the {item}", 5)
+                break
+            except Unmet:
+                if attempt == 2:
+                    raise
+                press("Escape")
+        press("Return")
 
     def memory(self):
         """[KiB] that are no file's."""
